@@ -1,0 +1,15 @@
+/* zelqa.h: the public contract of the ZELQA runtime, for compiled applications and tools. */
+#ifndef ZELQA_H
+#define ZELQA_H
+
+#include "zelqa/base.h"
+#include "zelqa/values.h"
+#include "zelqa/arrays.h"
+#include "zelqa/context.h"
+#include "zelqa/errors.h"
+#include "zelqa/boxes.h"
+#include "zelqa/windows.h"
+#include "zelqa/storage.h"
+#include "zelqa/dates.h"
+
+#endif

@@ -1,0 +1,18 @@
+// Facts about the running process: its directory, its environment and how it ends.
+#pragma once
+
+#include <string>
+
+namespace zq::platform {
+
+// The directory separator of this system.
+char directorySeparator();
+
+// The directory of the running program without a trailing separator, or the value of
+// ZELQA_PROGRAM_DIR when that is set.
+std::string programDirectory();
+
+// Ends the process at once with the given exit code.
+[[noreturn]] void exitProcess(int code);
+
+} // namespace zq::platform
