@@ -12,6 +12,9 @@ char directorySeparator();
 // ZELQA_PROGRAM_DIR when that is set.
 std::string programDirectory();
 
+// Sets (or, with a null value, removes) an environment variable of this process.
+void setEnvironment(const char *name, const char *value);
+
 // Ends the process at once with the given exit code.
 [[noreturn]] void exitProcess(int code);
 

@@ -21,6 +21,13 @@ std::string programDirectory() {
     return full.substr(0, full.rfind('/'));
 }
 
+void setEnvironment(const char *name, const char *value) {
+    if (value)
+        setenv(name, value, 1);
+    else
+        unsetenv(name);
+}
+
 void exitProcess(int code) {
     std::fflush(nullptr);
     _exit(code);

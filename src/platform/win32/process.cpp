@@ -20,6 +20,13 @@ std::string programDirectory() {
     return cut == std::string::npos ? "." : full.substr(0, cut);
 }
 
+void setEnvironment(const char *name, const char *value) {
+    // _putenv keeps the C runtime's copy, which getenv reads, in step with the process's.
+    std::string entry = std::string(name) + "=" + (value ? value : "");
+    _putenv(entry.c_str());
+    SetEnvironmentVariableA(name, value);
+}
+
 void exitProcess(int code) {
     std::fflush(nullptr);
     ExitProcess(static_cast<UINT>(code));
