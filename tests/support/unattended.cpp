@@ -1,0 +1,35 @@
+// Test support: unattended box answers, box logs and scratch directories.
+#include "support/unattended.h"
+
+#include "platform/process.h"
+
+#include <fstream>
+
+namespace zq::test {
+
+std::filesystem::path freshDirectory(const std::string &name) {
+    auto dir = std::filesystem::temp_directory_path() / ("zelqa-" + name);
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    return dir;
+}
+
+UnattendedBoxes::UnattendedBoxes(int answer) : log_(freshDirectory("boxes") / "boxes.log") {
+    platform::setEnvironment("ZELQA_BOX_ANSWER", std::to_string(answer).c_str());
+    platform::setEnvironment("ZELQA_BOX_LOG", log_.string().c_str());
+}
+
+UnattendedBoxes::~UnattendedBoxes() {
+    platform::setEnvironment("ZELQA_BOX_LOG", nullptr);
+    platform::setEnvironment("ZELQA_BOX_ANSWER", "1");
+}
+
+std::vector<std::string> UnattendedBoxes::lines() const {
+    std::vector<std::string> result;
+    std::ifstream in(log_, std::ios::binary);
+    for (std::string line; std::getline(in, line);)
+        result.push_back(line);
+    return result;
+}
+
+} // namespace zq::test
