@@ -6,9 +6,14 @@
 #include "runtime/temporaries.h"
 #include "zelqa/values.h"
 
+#include <cstddef>
 #include <cstring>
 
 using namespace zq::runtime;
+
+// Saved arrays and compiled code of the 32-bit target rely on this layout.
+static_assert(sizeof(void *) != 4 || sizeof(Obj) == 32, "a value record is 32 bytes on 32-bit builds");
+static_assert(offsetof(Obj, payload) % 8 == 0 && sizeof(Obj::payload) == 8, "8-byte aligned payload");
 
 namespace {
 

@@ -18,9 +18,10 @@ namespace {
 
 constexpr size_t kBoxTextSize = 512;
 
-// The text shown: the title's payload as it stands, or the default copied to scratch.
+// The title's text, or the default copied to scratch; a title that is not text is not
+// checked, but its payload is never read as text.
 const char *titleOrDefault(pObj title, const char *fallback) {
-    if (title)
+    if (title && title->type == TYPE_CHAR && title->payload.c)
         return title->payload.c;
     char *scratch = context().scratch;
     std::snprintf(scratch, kScratchSize, "%s", fallback);
