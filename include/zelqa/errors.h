@@ -42,7 +42,8 @@ ZQ_API pObj __GetAuxError(pObj nAux) ZQ_NOEXCEPT;
 /* The routine __RuntimeError runs before the process ends; null removes it. */
 ZQ_API void __RegisterExit(void (*routine)(void)) ZQ_NOEXCEPT;
 
-/* Names the running function and line for the list shown by __RuntimeError. */
+/* Names the running function and line for the list shown by __RuntimeError: the first
+   call in a context adds a function to the list, later calls move its line on. */
 ZQ_API void zq_enter_function(const char *name, int line) ZQ_NOEXCEPT;
 
 ZQ_EXTERN_C_END

@@ -79,6 +79,11 @@ pObj __GetAuxError(pObj nAux) noexcept {
 
 void zq_enter_function(const char *name, int line) noexcept {
     RuntimeContext &ctx = context();
+    if (ctx.frames && ctx.frames->depth == ctx.depth) { // the same function, further on
+        ctx.frames->name = name;
+        ctx.frames->line = line;
+        return;
+    }
     auto frame = static_cast<DebugFrame *>(allocate(sizeof(DebugFrame)));
     frame->next = ctx.frames;
     frame->name = name;
