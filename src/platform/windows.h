@@ -1,0 +1,62 @@
+// Top-level windows as far as the runtime and the installer need them: make one of a class,
+// remove it, and ask whether any process of this user holds one of a class.
+//
+// On Windows these are real, hidden windows. On POSIX a window class is a lock file
+// "<class>.class" (class lowered, bytes outside [a-z0-9._-] as %XX) in a per-user
+// directory: ZELQA_WINDOW_DIR when set, else $XDG_RUNTIME_DIR/zelqa-windows, else
+// /tmp/zelqa-windows-<uid>. Each window holds a shared flock on its class file; a class
+// exists while some process holds such a lock, and the kernel drops the lock when the
+// process ends, however it ends.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+namespace zq::platform {
+
+// The native window behind an owner: an HWND on Windows, a lock holder on POSIX.
+void *createNativeWindow(const char *className, const char *title);
+void destroyNativeWindow(void *window) noexcept;
+
+// A move-only owner of one window.
+class Window {
+public:
+    Window() noexcept = default;
+    explicit Window(void *native) noexcept : native_(native) {}
+    Window(Window &&other) noexcept : native_(std::exchange(other.native_, nullptr)) {}
+    Window &operator=(Window &&other) noexcept {
+        if (this != &other) {
+            destroyNativeWindow(native_);
+            native_ = std::exchange(other.native_, nullptr);
+        }
+        return *this;
+    }
+    Window(const Window &) = delete;
+    Window &operator=(const Window &) = delete;
+    ~Window() { destroyNativeWindow(native_); }
+
+    void *native() const noexcept { return native_; }
+    void *release() noexcept { return std::exchange(native_, nullptr); }
+    explicit operator bool() const noexcept { return native_ != nullptr; }
+
+private:
+    void *native_ = nullptr;
+};
+
+// A window of className that is not shown; empty when it cannot be made.
+inline Window createWindow(const char *className, const char *title) {
+    return Window(createNativeWindow(className, title));
+}
+
+// True while a window of className exists in any process of this user. Class names
+// compare without regard to case, as on Windows.
+bool windowExists(const char *className);
+
+// Brings the first window of className to the front (on Windows: SetForegroundWindow with
+// the window handle's lowest bit set). False when there is none.
+bool bringWindowForward(const char *className);
+
+// Waits ms milliseconds while answering the messages of the calling thread's windows.
+void serveWindows(uint32_t ms);
+
+} // namespace zq::platform
