@@ -4,6 +4,7 @@
 
 #include "zelqa/base.h"
 #include "zelqa/values.h"
+#include "zelqa/operators.h"
 #include "zelqa/arrays.h"
 #include "zelqa/context.h"
 #include "zelqa/errors.h"

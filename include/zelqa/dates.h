@@ -15,6 +15,11 @@ ZQ_API double __EncodeDate(uint32_t y, uint32_t m, uint32_t d) ZQ_NOEXCEPT; /* 0
 ZQ_API void __DecodeDate(double day, uint32_t *y, uint32_t *m, uint32_t *d) ZQ_NOEXCEPT;
 ZQ_API TimeStamp *__DateTimeToTimeStamp(TimeStamp *stamp, double day) ZQ_NOEXCEPT;
 
+/* A date plus the whole part of a number of days; a result not above 0 is an error. */
+ZQ_API pObj __AddTod(pObj date, pObj days) ZQ_NOEXCEPT;
+/* A date minus a date gives days (numeric); minus a number gives a date. */
+ZQ_API pObj __SubTod(pObj a, pObj b) ZQ_NOEXCEPT;
+
 ZQ_EXTERN_C_END
 
 #endif
