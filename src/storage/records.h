@@ -1,0 +1,28 @@
+// Records inside a database file: addressing, headers, gaps and commits.
+#pragma once
+
+#include "storage/database.h"
+
+namespace zq::storage {
+
+// Offset of record i's header; kAppend and anything past the data give the used size.
+// strideSize overrides the first record's size for fixed-stride databases (0 = use it).
+uint32_t recordOffset(DmOpenDB *db, uint32_t index, uint32_t strideSize = 0);
+
+// Reads the record header at offset; false when it does not lie whole inside the data.
+// A size above the capacity is cut and written back at once.
+bool readRecordHeader(DmOpenDB *db, uint32_t offset, RecordHeader &rh);
+
+// The test a record header passes to count as a record when the file is walked.
+bool plausibleRecord(const uint8_t *base, uint64_t offset, uint64_t limit);
+
+// Opens n zero bytes at offset in the main file, moving what follows up, and moves the
+// offset-index entries of the moved records with it.
+void openGap(DmOpenDB *db, uint32_t offset, uint32_t n);
+// Removes n bytes at offset, moving what follows down; the index is the caller's.
+void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n);
+
+// Commits the database's current handle when it is new or dirty.
+void commitCurrent(DmOpenDB *db, bool dirtyFlag);
+
+} // namespace zq::storage
