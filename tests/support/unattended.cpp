@@ -3,6 +3,8 @@
 
 #include "platform/process.h"
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 
 namespace zq::test {
@@ -14,7 +16,21 @@ std::filesystem::path freshDirectory(const std::string &name) {
     return dir;
 }
 
-UnattendedBoxes::UnattendedBoxes(int answer) : log_(freshDirectory("boxes") / "boxes.log") {
+namespace {
+
+// One log per test: a death test's child runs the same test and so finds the same log,
+// while tests running side by side in other processes keep apart.
+std::string logDirectoryName() {
+    const auto *test = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = "boxes";
+    if (test)
+        name += std::string("-") + test->test_suite_name() + "." + test->name();
+    return name;
+}
+
+} // namespace
+
+UnattendedBoxes::UnattendedBoxes(int answer) : log_(freshDirectory(logDirectoryName()) / "boxes.log") {
     platform::setEnvironment("ZELQA_BOX_ANSWER", std::to_string(answer).c_str());
     platform::setEnvironment("ZELQA_BOX_LOG", log_.string().c_str());
 }
