@@ -1,0 +1,233 @@
+// The installer run end to end: the real Tessarin.exe against real files, databases and
+// an application window held by another process.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+
+#include "support/installer_sandbox.h"
+#include "zelqa/windows.h"
+
+namespace zq::test {
+namespace {
+
+const char kDatabase[] = "ZELQAINST.tLog";
+const char kWaiting[] = "Aguardando libera\347\343o de mem\363ria!";
+
+std::string lower(std::string text) {
+    for (char &c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+long countLines(const std::vector<std::string> &lines, const std::string &line) {
+    return std::count(lines.begin(), lines.end(), line);
+}
+
+bool hasLineStarting(const std::vector<std::string> &lines, const std::string &start) {
+    return std::any_of(lines.begin(), lines.end(), [&](const std::string &l) { return l.rfind(start, 0) == 0; });
+}
+
+// The numbers of a relaunch line, in the order the line gives them.
+struct RelaunchNumbers {
+    long process, thread, processId, threadId;
+};
+
+bool parseRelaunch(const std::string &line, const std::string &program, RelaunchNumbers &n) {
+    std::string head = " CreateProcess " + program + " OK. ";
+    if (line.rfind(head, 0) != 0)
+        return false;
+    char end = 0;
+    int got = std::sscanf(line.c_str() + head.size(), "hProcess=%ld, hThread=%ld, dwProcessId=%ld,dwThreadId =%ld%c",
+                          &n.process, &n.thread, &n.processId, &n.threadId, &end);
+    return got == 4;
+}
+
+TEST(installerRun, FullRunMovesFilesKeepsBackupsAndStartsTheApplicationAgain) {
+    InstallerSandbox box("install-full");
+    std::filesystem::create_directories(box.path("Files"));
+    std::string app = box.path("Files/App.bin"), data = box.path("Files/New.dat");
+    std::string empty = box.path("Files/Empty.txt"), missing = box.path("Files/Missing.txt");
+    writeFile(app + "~", "new app");
+    writeFile(app, "old app");
+    writeFile(box.path("Files/_App.bin"), "older app");
+    writeFile(data + "~", "new data");
+    writeFile(empty + "~", "");
+    writeFile(empty, "kept");
+    box.createInstallDatabase(kDatabase, {{app + "~", "2.1"}, {data + "~", "1.0"}, {empty + "~", "3"},
+                                          {missing + "~", "4"}});
+    platform::StartedProcess window = startApplication(1500);
+    ASSERT_TRUE(window.process);
+
+    ASSERT_EQ(runInstaller(std::string(kDatabase) + " " + applicationPath()), 0);
+    platform::waitForExit(window.process);
+
+    // Files moved into place; the previous backup replaced; the empty staged file skipped.
+    EXPECT_EQ(readFile(app), "new app");
+    EXPECT_EQ(readFile(box.path("Files/_App.bin")), "old app");
+    EXPECT_FALSE(pathExists(app + "~"));
+    EXPECT_EQ(readFile(data), "new data");
+    EXPECT_FALSE(pathExists(box.path("Files/_New.dat")));
+    EXPECT_TRUE(pathExists(empty + "~"));
+    EXPECT_EQ(readFile(empty), "kept");
+    EXPECT_EQ(box.recordCount(kDatabase), -1);
+    EXPECT_TRUE(pathExists(box.path("DB/catalog.bck")));
+
+    // The log, the waiting lines (as many as the window took) counted apart.
+    std::vector<std::string> lines = box.logLines();
+    long waits = countLines(lines, kWaiting);
+    EXPECT_GE(waits, 1);
+    EXPECT_LE(waits, 40);
+    lines.erase(std::remove(lines.begin(), lines.end(), std::string(kWaiting)), lines.end());
+    ASSERT_GE(lines.size(), 3u);
+    RelaunchNumbers n{};
+    ASSERT_TRUE(parseRelaunch(lines[lines.size() - 2], applicationPath(), n)) << lines[lines.size() - 2];
+    lines[lines.size() - 2] = "<relaunch>";
+    std::vector<std::string> expected = {
+        "Install BEGIN",
+        "PARAM1=ZELQAINST.tLog",
+        "PARAM2=" + applicationPath(),
+        "Mem\363ria liberada",
+        "!Procurando ZELQAINST.tLog!",
+        "ENCONTROU ZELQAINST.tLog",
+        "INSTALANDO " + app + "~",
+        "RENOMEANDO " + app + " para " + box.path("Files/_App.bin"),
+        "Criado backup do arquivo " + lower(app),
+        "COPIANDO " + lower(app + "~") + " para " + lower(app),
+        "Instalado o arquivo " + lower(app) + " vers\343o 2.1",
+        "INSTALANDO " + data + "~",
+        "RENOMEANDO " + data + " para " + box.path("Files/_New.dat"),
+        "COPIANDO " + lower(data + "~") + " para " + data,
+        "Instalado o arquivo " + data + " vers\343o 1.0",
+        "INSTALANDO " + empty + "~",
+        "INSTALANDO " + missing + "~",
+        "",
+        "<relaunch>",
+        "Install END",
+    };
+    ASSERT_EQ(lines.size(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(lines[i], expected[i]) << "line " << i;
+
+    // The application really started again, as the process the log names.
+    std::string marker = box.path("relaunched.txt");
+    ASSERT_TRUE(eventually([&] { return !readFile(marker).empty(); }));
+    EXPECT_EQ(std::stol(readFile(marker)), n.processId);
+}
+
+// The last record that reached a decision decides the relaunch. A target that is a
+// directory cannot be replaced, so its record fails; a directory counts as absent, so its
+// path is not lowered in the log.
+TEST(installerRun, LastDecidedRecordDecidesTheRelaunch) {
+    struct Case {
+        bool goodFirst;
+        bool relaunched;
+    };
+    for (Case c : {Case{true, false}, Case{false, true}}) {
+        SCOPED_TRACE(c.goodFirst ? "installed, then failed" : "failed, then installed");
+        InstallerSandbox box("install-order");
+        std::string good = box.path("Good.txt"), bad = box.path("Bad");
+        writeFile(good + "~", "good");
+        writeFile(bad + "~", "bad");
+        std::filesystem::create_directories(bad);
+        StagedRecord goodRecord{good + "~", "1"}, badRecord{bad + "~", "9"};
+        box.createInstallDatabase(kDatabase, c.goodFirst ? std::vector{goodRecord, badRecord}
+                                                         : std::vector{badRecord, goodRecord});
+        std::string program = box.path("no such program");
+
+        ASSERT_EQ(runInstaller(std::string(kDatabase) + " " + program), 0);
+
+        std::vector<std::string> lines = box.logLines();
+        EXPECT_EQ(readFile(good), "good");
+        EXPECT_EQ(countLines(lines, "Falhou Instala\347\343o do arquivo " + bad + " vers\343o 9"), 1);
+        EXPECT_TRUE(pathExists(bad + "~"));
+        EXPECT_EQ(box.recordCount(kDatabase), -1);
+        // PARAM2 keeps its blanks and names a file that is not there.
+        EXPECT_EQ(countLines(lines, "CreateProcess NOK " + program), c.relaunched ? 1 : 0);
+        EXPECT_FALSE(hasLineStarting(lines, " CreateProcess"));
+        EXPECT_EQ(lines.back(), "Install END");
+    }
+}
+
+TEST(installerRun, WindowThatNeverGoesStopsTheInstallAfterFortyPasses) {
+    InstallerSandbox box("install-stuck");
+    std::string file = box.path("Stuck.txt");
+    writeFile(file + "~", "staged");
+    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    void *window = zq_window_create("OO_Window32", "held by the test");
+    ASSERT_NE(window, nullptr);
+
+    ASSERT_EQ(runInstaller(std::string(kDatabase) + " " + applicationPath()), 0);
+    zq_window_destroy(window);
+
+    std::vector<std::string> expected = {"Install BEGIN", "PARAM1=ZELQAINST.tLog", "PARAM2=" + applicationPath()};
+    expected.insert(expected.end(), 40, kWaiting);
+    expected.insert(expected.end(), {"Falhou libera\347\343o de mem\363ria!", "", "Install END"});
+    EXPECT_EQ(box.logLines(), expected);
+    EXPECT_EQ(box.recordCount(kDatabase), 1);
+    EXPECT_EQ(readFile(file + "~"), "staged");
+    EXPECT_FALSE(pathExists(file));
+}
+
+TEST(installerRun, EmptyCommandLineInstallsTheDefaultDatabaseWithoutRelaunch) {
+    InstallerSandbox box("install-default");
+    std::string file = box.path("Default.txt");
+    writeFile(file + "~", "installed");
+    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+
+    ASSERT_EQ(runInstaller(""), 0);
+
+    std::vector<std::string> lines = box.logLines();
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[1], "PARAM1=ZELQAINST.tLog");
+    EXPECT_EQ(lines[2], "PARAM2=");
+    EXPECT_EQ(readFile(file), "installed");
+    EXPECT_EQ(countLines(lines, "Instalado o arquivo " + file + " vers\343o 1"), 1);
+    EXPECT_FALSE(hasLineStarting(lines, "CreateProcess"));
+    EXPECT_FALSE(hasLineStarting(lines, " CreateProcess"));
+    EXPECT_EQ(box.recordCount(kDatabase), -1);
+}
+
+// A database the catalog does not know, and one without records: neither relaunches; the
+// empty one is deleted all the same. The log keeps the lines of both runs.
+TEST(installerRun, MissingOrEmptyDatabaseEndsWithoutRelaunch) {
+    InstallerSandbox box("install-nothing");
+    box.createInstallDatabase("EMPTY.tLog", {});
+
+    ASSERT_EQ(runInstaller("OTHER.tLog " + applicationPath()), 0);
+    ASSERT_EQ(runInstaller("EMPTY.tLog " + applicationPath()), 0);
+
+    std::vector<std::string> lines = box.logLines();
+    EXPECT_EQ(countLines(lines, "Install BEGIN"), 2);
+    EXPECT_EQ(countLines(lines, "!Procurando OTHER.tLog!"), 1);
+    EXPECT_EQ(countLines(lines, "N\343o encontrou OTHER.tLog!"), 1);
+    EXPECT_EQ(countLines(lines, "ENCONTROU EMPTY.tLog"), 1);
+    EXPECT_FALSE(hasLineStarting(lines, " CreateProcess"));
+    EXPECT_EQ(box.recordCount("EMPTY.tLog"), -1);
+}
+
+TEST(installerRun, SecondInstallerFindsTheFirstAndLeavesEverythingAlone) {
+    InstallerSandbox box("install-twice");
+    std::string file = box.path("Once.txt");
+    writeFile(file + "~", "once");
+    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    platform::StartedProcess window = startApplication(3000);
+    platform::StartedProcess first = startInstaller(kDatabase);
+    ASSERT_TRUE(first.process);
+    ASSERT_TRUE(eventually([&] { return countLines(box.logLines(), "Install BEGIN") == 1; }));
+    ASSERT_TRUE(zq_window_exists("Tessarin"));
+
+    EXPECT_EQ(runInstaller(kDatabase), 0);
+
+    EXPECT_EQ(platform::waitForExit(first.process), 0);
+    platform::waitForExit(window.process);
+    std::vector<std::string> lines = box.logLines();
+    EXPECT_EQ(countLines(lines, "Install BEGIN"), 1);
+    EXPECT_EQ(countLines(lines, "Install END"), 1);
+    EXPECT_EQ(readFile(file), "once");
+    EXPECT_FALSE(zq_window_exists("Tessarin"));
+}
+
+} // namespace
+} // namespace zq::test

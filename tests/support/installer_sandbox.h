@@ -1,0 +1,77 @@
+// Test support for the installer: a scratch program directory, install databases, and
+// running the real installer and stand-in application as processes.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/processes.h"
+
+namespace zq::test {
+
+// One record of an install database.
+struct StagedRecord {
+    std::string staged;  // path of the staged file
+    std::string version;
+};
+
+// A fresh directory that stands for the installer's own: ZELQA_PROGRAM_DIR points at it
+// (so storage, "inst.txt" and the stand-in application use it) and, on POSIX,
+// ZELQA_WINDOW_DIR at a directory inside it, so that window classes of other runs never
+// meet this one's.
+class InstallerSandbox {
+public:
+    explicit InstallerSandbox(const std::string &name);
+    ~InstallerSandbox();
+    InstallerSandbox(const InstallerSandbox &) = delete;
+    InstallerSandbox &operator=(const InstallerSandbox &) = delete;
+
+    // The path of a file in the sandbox, with this system's separator.
+    std::string path(const std::string &relative) const;
+
+    // Makes an install database holding the records and closes storage, so that another
+    // process finds it in the catalog.
+    void createInstallDatabase(const std::string &name, const std::vector<StagedRecord> &records) const;
+    // The number of records of a database, or -1 when the catalog does not know it.
+    long recordCount(const std::string &name) const;
+
+    // The log's lines, split at line breaks (a carriage return before one dropped). A log
+    // ending in a line break gives no empty last line.
+    std::vector<std::string> logLines() const;
+
+private:
+    std::filesystem::path dir_;
+};
+
+// A program built beside the installer: "Tessarin.exe" or "fake_app".
+std::string appPath(const std::string &name);
+// The stand-in application's program file.
+std::string applicationPath();
+
+// Starts the installer with a command line (program name excluded); empty handle on failure.
+platform::StartedProcess startInstaller(const std::string &arguments);
+// Runs the installer to its end and returns its exit code.
+int runInstaller(const std::string &arguments);
+
+// Starts the stand-in application holding its "OO_Window32" window for holdMs and returns
+// once the window is there.
+platform::StartedProcess startApplication(uint32_t holdMs);
+
+// Polls until the predicate holds or about 60 s have gone; the predicate's last answer.
+template <class Predicate>
+bool eventually(Predicate predicate) {
+    for (int i = 0; i < 600; ++i) {
+        if (predicate())
+            return true;
+        platform::sleepMilliseconds(100);
+    }
+    return predicate();
+}
+
+void writeFile(const std::string &path, const std::string &content);
+std::string readFile(const std::string &path); // empty when missing
+bool pathExists(const std::string &path);
+
+} // namespace zq::test
