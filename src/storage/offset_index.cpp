@@ -32,14 +32,26 @@ void setIndexCount(DmOpenDB *db) {
     writeHeader(v, h);
 }
 
+// A size above the capacity is cut and written back before the header is judged.
+void cutOversize(uint8_t *base, uint64_t offset, uint64_t limit) {
+    if (offset + kRecordHeaderSize > limit)
+        return;
+    RecordHeader rh = load<RecordHeader>(base + offset);
+    if (rh.size > rh.capacity && rh.capacity) {
+        rh.size = rh.capacity;
+        store(base + offset, rh);
+    }
+}
+
 // True when every entry points at a plausible record and each follows the one before.
 bool indexAgrees(DmOpenDB *db, uint32_t count) {
     FileView &v = indexView(db);
-    const uint8_t *base = db->main->base();
+    uint8_t *base = db->main->base();
     uint64_t expected = recordsStart(headerOf(db));
     uint32_t used = db->main->used();
     for (uint32_t i = 0; i < count; ++i) {
         uint32_t offset = load<uint32_t>(v.base() + kHeaderSize + 4 * i);
+        cutOversize(base, offset, used);
         if (offset != expected || !plausibleRecord(base, offset, used))
             return false;
         expected = offset + kRecordHeaderSize + load<RecordHeader>(base + offset).capacity;
@@ -109,14 +121,14 @@ void shiftIndexEntries(DmOpenDB *db, uint32_t from, int64_t delta) {
 void rebuildIndex(DmOpenDB *db) {
     FileView &main = *db->main;
     DatabaseHeader h = main.header();
-    const uint8_t *base = main.base();
+    uint8_t *base = main.base();
     uint64_t limit = main.mapSize();
     uint64_t at = recordsStart(h);
     // A data area that begins with an uncommitted-looking header may start 8 bytes on.
     if (!plausibleRecord(base, at, limit) && plausibleRecord(base, at + kRecordHeaderSize, limit))
         at += kRecordHeaderSize;
     std::vector<uint32_t> found;
-    while (plausibleRecord(base, at, limit)) {
+    for (cutOversize(base, at, limit); plausibleRecord(base, at, limit); cutOversize(base, at, limit)) {
         found.push_back(uint32_t(at));
         at += kRecordHeaderSize + load<RecordHeader>(base + at).capacity;
     }
