@@ -4,7 +4,7 @@
 #include <cstring>
 #include <filesystem>
 
-using namespace zq::test;
+using namespace zq::storage_test;
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "storage/file_view.h"
 #include "zelqa/errors.h"
 
-using namespace zq::test;
+using namespace zq::storage_test;
 using zq::storage::FileView;
 
 namespace {

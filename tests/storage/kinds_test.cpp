@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-using namespace zq::test;
+using namespace zq::storage_test;
 
 namespace {
 

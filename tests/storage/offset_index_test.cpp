@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-using namespace zq::test;
+using namespace zq::storage_test;
 
 namespace {
 

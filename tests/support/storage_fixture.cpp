@@ -11,7 +11,7 @@
 
 namespace fs = std::filesystem;
 
-namespace zq::test {
+namespace zq::storage_test {
 
 // The directory is named after the test, so that a death test's child process, which may
 // run the test again from the start, writes its boxes where the parent reads them.
@@ -107,4 +107,4 @@ uint16_t readU16(const std::vector<uint8_t> &b, size_t o) {
     return b.size() < o + 2 ? 0xDEAD : uint16_t(b[o] | b[o + 1] << 8);
 }
 
-} // namespace zq::test
+} // namespace zq::storage_test

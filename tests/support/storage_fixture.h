@@ -9,7 +9,7 @@
 
 #include "zelqa/storage.h"
 
-namespace zq::test {
+namespace zq::storage_test {
 
 class StorageTest : public ::testing::Test {
 protected:
@@ -38,4 +38,4 @@ protected:
 uint32_t readU32(const std::vector<uint8_t> &bytes, size_t offset);
 uint16_t readU16(const std::vector<uint8_t> &bytes, size_t offset);
 
-} // namespace zq::test
+} // namespace zq::storage_test
