@@ -12,5 +12,7 @@
 #include "zelqa/windows.h"
 #include "zelqa/storage.h"
 #include "zelqa/dates.h"
+#include "zelqa/staging.h"
+#include "zelqa/program.h"
 
 #endif

@@ -1,24 +1,62 @@
 // A sample application written the way compiled ZELQA code calls the runtime.
 //
-// It builds values, copies them into variables, prints them, shows the allocation
-// balance and ends in a runtime error (a number where a text belongs), whose box
-// ZELQA_BOX_ANSWER answers when nobody is at the screen.
+// It opens its main window (class "OO_Window32"), notes its version in "sample.log"
+// beside itself, and then, as asked on its command line:
+//   --update-from FILE VERSION  stages FILE as its own successor and ends through SHUTDOWN,
+//                               so the installer puts FILE in place and starts it again;
+//   --fail                      ends in a runtime error (a number where a text belongs);
+//   nothing                     ends normally.
 #include "zelqa.h"
 
 #include <cstdio>
+#include <cstring>
+#include <string>
 
-int main() {
+#ifndef SAMPLE_VERSION
+#define SAMPLE_VERSION "1.0"
+#endif
+
+namespace {
+
+// The program's own file name, the target its successor replaces.
+std::string ownFileName(const char *argv0) {
+    std::string path = argv0;
+    size_t cut = path.find_last_of("/\\");
+    return cut == std::string::npos ? path : path.substr(cut + 1);
+}
+
+void noteVersion(const char *event) {
+    std::string log = std::string(zq_program_directory()) + "sample.log";
+    if (FILE *f = std::fopen(log.c_str(), "a")) {
+        std::fprintf(f, "version %s %s\n", SAMPLE_VERSION, event);
+        std::fclose(f);
+    }
+    std::printf("sample version %s %s\n", SAMPLE_VERSION, event);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
     __BeginGlobal();
     zq_enter_function("MAIN", 1);
+    void *window = zq_window_create("OO_Window32", "Sample " SAMPLE_VERSION);
+    noteVersion("started");
 
-    pObj name = __SET_OBJECT(nullptr, __INIT_CHARPTR("Pedido de venda"));
-    pObj total = __SET_OBJECT(nullptr, __INIT_DOUBLE(1234.5));
-    pObj today = __SET_OBJECT(nullptr, __INIT_DATE(__EncodeDate(2026, 11, 23)));
-    std::printf("name=%s total=%.2f date=%.0f\n", name->payload.c, total->payload.d, today->payload.d);
-    ShowFreeMem();
-
-    zq_enter_function("MAIN", 14);
-    __MsgAlert(total, nullptr); // a number is not a message: the run ends here
-    std::puts("not reached");
-    return 1;
+    if (argc == 4 && !std::strcmp(argv[1], "--update-from")) {
+        zq_enter_function("MAIN", 2);
+        int result = zq_stage_file(argv[2], ownFileName(argv[0]).c_str(), argv[3]);
+        if (result != ZQ_STAGE_OK) {
+            std::fprintf(stderr, "sample: cannot stage the update: %s\n", zq_stage_result_text(result));
+            __EndGlobal();
+            return 1;
+        }
+        noteVersion("staged its successor and shuts down");
+        SHUTDOWN();
+    } else if (argc == 2 && !std::strcmp(argv[1], "--fail")) {
+        zq_enter_function("MAIN", 3);
+        __MsgAlert(__INIT_DOUBLE(1234.5), nullptr); // a number is not a message: the run ends here
+    }
+    __EndGlobal();
+    zq_window_destroy(window);
+    return 0;
 }

@@ -7,10 +7,10 @@
 
 namespace zq::installer {
 
-InstallLog InstallLog::openIn(const std::string &directory) {
+InstallLog InstallLog::open(const std::string &directory, const char *mode) {
     InstallLog log;
-    // Private, so that the program started at the end does not keep the log open.
-    log.stream_.reset(platform::openPrivateStream((directory + "inst.txt").c_str(), "a+"));
+    // Private, so that a program started later does not keep the log open.
+    log.stream_.reset(platform::openPrivateStream((directory + "inst.txt").c_str(), mode));
     return log;
 }
 

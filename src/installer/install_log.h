@@ -11,7 +11,10 @@ class InstallLog {
 public:
     // Opens "inst.txt" in `directory` (which ends with its separator) for appending in
     // text mode; an unopened log writes nothing.
-    static InstallLog openIn(const std::string &directory);
+    static InstallLog openIn(const std::string &directory) { return open(directory, "a+"); }
+    // Opens "inst.txt" in `directory` afresh ("w+"): the application's hand-off starts a
+    // new log, which the installer then extends.
+    static InstallLog startFreshIn(const std::string &directory) { return open(directory, "w+"); }
 
     bool isOpen() const { return stream_ != nullptr; }
     // Writes formatted text as it is, Latin-1 bytes and all; flushed at once, so the log
@@ -20,6 +23,8 @@ public:
     void close() { stream_.reset(); }
 
 private:
+    static InstallLog open(const std::string &directory, const char *mode);
+
     struct Closer {
         void operator()(std::FILE *f) const { std::fclose(f); }
     };

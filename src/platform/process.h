@@ -12,6 +12,9 @@ char directorySeparator();
 // ZELQA_PROGRAM_DIR when that is set.
 std::string programDirectory();
 
+// The full path of the running program; its directory is ZELQA_PROGRAM_DIR when that is set.
+std::string programPath();
+
 // Sets (or, with a null value, removes) an environment variable of this process.
 void setEnvironment(const char *name, const char *value);
 

@@ -7,9 +7,11 @@
 //   2. when SHUTDOWN was called (the flag is read before step 1 destroys it), hand over
 //      to the installer;
 //   3. close record storage.
+#include "installer/hand_off.h"
 #include "runtime/context.h"
 #include "zelqa/boxes.h"
 #include "zelqa/context.h"
+#include "zelqa/storage.h"
 
 using namespace zq::runtime;
 
@@ -21,10 +23,12 @@ int __BeginGlobal(void) noexcept {
 }
 
 void __EndGlobal(void) noexcept {
-    if (!existingContext())
-        return;
+    RuntimeContext *ctx = existingContext();
+    bool handOff = ctx && ctx->shutdownRequested != 0; // read before the context goes
     destroyContext();
-    // Step 2, the installer hand-off, takes its place here.
+    if (handOff)
+        zq::installer::handOffToInstaller();
+    StorageClose();
 }
 
 int SHUTDOWN(void) noexcept {

@@ -1,4 +1,4 @@
-// Process facts on Windows: the program's directory from GetModuleFileNameA, and exit.
+// Process facts on Windows: the program's path from GetModuleFileNameA, the environment, exit.
 #include "platform/process.h"
 
 #include <windows.h>
@@ -7,17 +7,29 @@
 #include <cstdlib>
 
 namespace zq::platform {
+namespace {
+
+std::string executablePath() {
+    char path[512] = {};
+    DWORD n = GetModuleFileNameA(nullptr, path, sizeof path - 1);
+    return std::string(path, n);
+}
+
+} // namespace
 
 char directorySeparator() { return '\\'; }
 
 std::string programDirectory() {
     if (const char *dir = std::getenv("ZELQA_PROGRAM_DIR"); dir && *dir)
         return dir;
-    char path[MAX_PATH] = {};
-    DWORD n = GetModuleFileNameA(nullptr, path, sizeof path);
-    std::string full(path, n);
+    std::string full = executablePath();
     size_t cut = full.rfind('\\');
     return cut == std::string::npos ? "." : full.substr(0, cut);
+}
+
+std::string programPath() {
+    std::string full = executablePath();
+    return programDirectory() + '\\' + full.substr(full.rfind('\\') + 1);
 }
 
 void setEnvironment(const char *name, const char *value) {
