@@ -23,7 +23,7 @@ pObj __AddTod(pObj date, pObj days) noexcept {
     double result = 0.0;
     // The empty date decodes to month 0, which encodes as 0 and so is refused here.
     if (!__DoEncodeDate(y, m, d, &result, static_cast<int32_t>(count)) || !(result > 0.0))
-        raise(ZQ_ERR_ARGUMENT);
+        raiseError(ZQ_ERR_ARGUMENT);
     return __INIT_DATE(result);
 }
 

@@ -31,7 +31,7 @@ pObj arrayOf(pObj x) {
 
 pObj elementAt(ArrayHeader &header, int32_t i) {
     if (i < 0 || i >= header.count)
-        raise(ZQ_ERR_BOUND);
+        raiseError(ZQ_ERR_BOUND);
     if (i == header.count - 1)
         return header.last; // appending and reading the tail stay O(1)
     pObj el = header.first;

@@ -119,7 +119,7 @@ pObj __SET_OBJECT(pObj dst, pObj src) noexcept {
 
 pObj __ByRef(pObj *slot) noexcept {
     if (!slot)
-        raise(ZQ_ERR_ARGUMENT);
+        raiseError(ZQ_ERR_ARGUMENT);
     if (!*slot)
         *slot = __SET_OBJECT(nullptr, sharedConstant(kNil));
     return *slot;

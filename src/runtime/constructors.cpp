@@ -60,7 +60,7 @@ pObj __INIT_VOIDPTR(void *pointer) noexcept {
 
 pObj __ALLOC_CHARPTR(int32_t n) noexcept {
     if (n < 0 || n >= INT16_MAX)
-        raise(ZQ_ERR_LOW_MEMORY);
+        raiseError(ZQ_ERR_LOW_MEMORY);
     pObj t = takeTemporary();
     t->payload.c = static_cast<char *>(allocate(textBufferSize(n + 1)));
     t->type = TYPE_CHAR;
@@ -71,7 +71,7 @@ pObj __ALLOC_CHARPTR(int32_t n) noexcept {
 pObj __INIT_CHARPTR(const char *text) noexcept {
     size_t length = text ? std::strlen(text) : 0;
     if (length >= INT16_MAX - 1)
-        raise(ZQ_ERR_LOW_MEMORY);
+        raiseError(ZQ_ERR_LOW_MEMORY);
     pObj t = __ALLOC_CHARPTR(static_cast<int32_t>(length));
     if (length)
         std::memcpy(t->payload.c, text, length);

@@ -43,14 +43,14 @@ void buildSharedConstants(RuntimeContext &ctx) {
 RuntimeContext *buildContext() {
     auto *ctx = static_cast<RuntimeContext *>(tryAllocate(sizeof(RuntimeContext)));
     if (!ctx)
-        raise(ZQ_ERR_LOW_MEMORY);
+        raiseError(ZQ_ERR_LOW_MEMORY);
     for (OwnerList &list : ctx->lists) {
         list.recordSize = 32;
         list.constructor = __fcpObj_CT;
     }
     current = ctx; // from here on, raising can list and release what exists
     if (!buildTemporaryRing(*ctx))
-        raise(ZQ_ERR_LOW_MEMORY);
+        raiseError(ZQ_ERR_LOW_MEMORY);
     buildSharedConstants(*ctx);
     ctx->depth = 1;
     setStartupSettings(*ctx);

@@ -20,7 +20,7 @@ void *tryAllocate(size_t bytes) {
 void *allocate(size_t bytes) {
     void *p = tryAllocate(bytes);
     if (!p)
-        raise(ZQ_ERR_LOW_MEMORY);
+        raiseError(ZQ_ERR_LOW_MEMORY);
     return p;
 }
 

@@ -26,7 +26,7 @@ pObj compare(pObj a, pObj b, Relation holds) {
     case TYPE_NUMERIC:
         return logical(holds(a->payload.d, b->payload.d));
     default:
-        raise(ZQ_ERR_ARGUMENT);
+        raiseError(ZQ_ERR_ARGUMENT);
     }
 }
 

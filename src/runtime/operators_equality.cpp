@@ -39,7 +39,7 @@ pObj equal(pObj a, pObj b, bool (*textsEqual)(pObj, pObj)) {
     case TYPE_LOGICAL: // payloads, not truth: two different non-zero trues differ
         return logical(a->payload.l == b->payload.l);
     default:
-        raise(ZQ_ERR_ARGUMENT);
+        raiseError(ZQ_ERR_ARGUMENT);
     }
 }
 

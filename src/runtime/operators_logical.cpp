@@ -37,6 +37,6 @@ pObj __INV(pObj a) noexcept {
     case TYPE_NIL: // NOT NIL is true, on purpose
         return logical(true);
     default:
-        raise(ZQ_ERR_ARGUMENT);
+        raiseError(ZQ_ERR_ARGUMENT);
     }
 }

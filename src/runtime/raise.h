@@ -5,12 +5,12 @@
 
 namespace zq::runtime {
 
-[[noreturn]] inline void raise(int code, int aux = -1) { __RuntimeError(code, aux); }
+[[noreturn]] inline void raiseError(int code, int aux = -1) { __RuntimeError(code, aux); }
 
 // Raises "ARGUMENT ERROR!" unless the condition holds.
 inline void requireArgument(bool ok) {
     if (!ok)
-        raise(ZQ_ERR_ARGUMENT);
+        raiseError(ZQ_ERR_ARGUMENT);
 }
 
 } // namespace zq::runtime

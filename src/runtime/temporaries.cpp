@@ -62,11 +62,11 @@ pObj takeTemporary() {
     RuntimeContext &ctx = context();
     const int32_t n = ctx.temporaryCount;
     if (ctx.lockedTemporaries >= n)
-        raise(ZQ_ERR_STACK_FULL);
+        raiseError(ZQ_ERR_STACK_FULL);
     int32_t index = ctx.nextTemporary;
     for (int32_t steps = 0; ctx.temporaries[index]->lockCount != 0; ++steps) {
         if (steps >= n)
-            raise(ZQ_ERR_STACK_FULL);
+            raiseError(ZQ_ERR_STACK_FULL);
         index = index + 1 == n ? 0 : index + 1;
     }
     pObj slot = ctx.temporaries[index];

@@ -71,7 +71,7 @@ MemHandle DmNewHandle(DmOpenRef db, uint32_t size) noexcept {
     if (!db || !db->main)
         return nullptr;
     if (size > kMaxBlock)
-        zq::runtime::raise(ZQ_ERR_RUNTIME, 53);
+        zq::runtime::raiseError(ZQ_ERR_RUNTIME, 53);
     FileView &v = *db->main;
     if (v.used() < kHeaderSize)
         growView(v, kHeaderSize - (v.used() == 1 ? 0 : v.used()));
@@ -80,7 +80,7 @@ MemHandle DmNewHandle(DmOpenRef db, uint32_t size) noexcept {
     std::memset(v.base() + at, 0, size);
     int32_t slot = newHandle(db);
     if (slot < 0)
-        zq::runtime::raise(ZQ_ERR_RUNTIME, 53);
+        zq::runtime::raiseError(ZQ_ERR_RUNTIME, 53);
     HandleRecord &r = *slotRecord(slot);
     r.size = r.capacity = size;
     r.fileOffset = at;

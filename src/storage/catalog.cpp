@@ -110,12 +110,12 @@ Err StorageStart(void) noexcept {
     s.handles.reset(new (std::nothrow) void *[kHandleSlots]());
     if (!s.handles) {
         trace("falhou 1");
-        zq::runtime::raise(ZQ_ERR_LOW_MEMORY);
+        zq::runtime::raiseError(ZQ_ERR_LOW_MEMORY);
     }
     s.open.reset(new (std::nothrow) DmOpenDB *[kOpenSlots + 1]());
     if (!s.open) {
         trace("falhou 2");
-        zq::runtime::raise(ZQ_ERR_LOW_MEMORY);
+        zq::runtime::raiseError(ZQ_ERR_LOW_MEMORY);
     }
     std::string dir = zq::platform::programDirectory() + zq::platform::directorySeparator() + "DB";
     std::snprintf(s.directory, sizeof s.directory, "%s", dir.c_str());

@@ -124,7 +124,7 @@ Err DmCreateDatabase(uint16_t card, const char *name, uint32_t creator, uint32_t
         if (!file.valid())
             file = zq::platform::openFile(path, zq::platform::FileOpen::Existing);
         if (!file.valid() || !zq::platform::writeFileStart(file, &header, kHeaderSize))
-            zq::runtime::raise(ZQ_ERR_CREATE);
+            zq::runtime::raiseError(ZQ_ERR_CREATE);
     }
     // The entry is written only once its file exists: a crash in between leaves a stray
     // file, which the next creation of that name removes.
@@ -163,7 +163,7 @@ DmOpenRef DmOpenDatabase(uint16_t, LocalID id) noexcept {
     if (h.used < kHeaderSize || uint64_t(kHeaderSize) + h.appInfoSize > h.used) {
         std::string line = std::string(db->name) + " header > used";
         trace(line.c_str());
-        zq::runtime::raise(ZQ_ERR_ARGUMENT);
+        zq::runtime::raiseError(ZQ_ERR_ARGUMENT);
     }
     loadAppInfo(db);
     if (h.kind == 'V' && !db->index) {

@@ -22,13 +22,13 @@ uint32_t growthStep(uint32_t growCount) {
 
 [[noreturn]] void failFile(const char *what, const std::string &name) {
     alertAfterError(std::string("falhou ") + what + " do arquivo " + name + " ");
-    runtime::raise(ZQ_ERR_LOW_MEMORY);
+    runtime::raiseError(ZQ_ERR_LOW_MEMORY);
 }
 
 [[noreturn]] void failMapping(platform::MapStatus status, const std::string &name, uint32_t size) {
     const char *what = status == platform::MapStatus::ViewFailed ? "MapViewOfFile" : "CreateFileMapping";
     alertAfterError(std::string("falhou ") + what + " do arquivo " + name + " sz=" + std::to_string(size) + " ");
-    runtime::raise(ZQ_ERR_LOW_MEMORY);
+    runtime::raiseError(ZQ_ERR_LOW_MEMORY);
 }
 
 // Reads the header of a file that may not exist; false when there is none.
@@ -70,7 +70,7 @@ std::string storagePath(std::string_view name) {
 std::unique_ptr<FileView> openView(std::string_view name) {
     if (name.size() >= kMaxFileName) {
         alert("Nome muito grande");
-        runtime::raise(ZQ_ERR_LOW_MEMORY);
+        runtime::raiseError(ZQ_ERR_LOW_MEMORY);
     }
     auto view = std::make_unique<FileView>();
     view->name = name;

@@ -71,7 +71,7 @@ bool slackIsDirty(const FileView &v) {
 
 uint32_t indexEntry(DmOpenDB *db, uint32_t i) {
     if (!db->index || uint64_t(db->index->used()) < 4ull * i + 24)
-        runtime::raise(ZQ_ERR_ARGUMENT);
+        runtime::raiseError(ZQ_ERR_ARGUMENT);
     return entries(*db->index)[i];
 }
 

@@ -180,7 +180,7 @@ MemHandle DmNewRecord(DmOpenRef db, uint32_t *index, uint32_t size) noexcept {
     if (!db || !db->main)
         return nullptr;
     if (size > kMaxBlock)
-        zq::runtime::raise(ZQ_ERR_RUNTIME, 53);
+        zq::runtime::raiseError(ZQ_ERR_RUNTIME, 53);
     commitCurrent(db, false);
     int32_t slot = takeCurrentHandle(db);
     if (slot < 0)
@@ -214,7 +214,7 @@ void DmResizeRecord(MemHandle handle, uint32_t newSize) noexcept {
     if (!r || !r->owner || !r->owner->main || newSize == r->size)
         return;
     if (newSize > kMaxBlock)
-        zq::runtime::raise(ZQ_ERR_RUNTIME, 53);
+        zq::runtime::raiseError(ZQ_ERR_RUNTIME, 53);
     DmOpenDB *db = r->owner;
     if (newSize > r->capacity) {
         uint32_t gapAt = r->fileOffset + (r->bare ? 0 : kRecordHeaderSize) + r->capacity;
