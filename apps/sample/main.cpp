@@ -4,6 +4,7 @@
 // beside itself, and then, as asked on its command line:
 //   --update-from FILE VERSION  stages FILE as its own successor and ends through SHUTDOWN,
 //                               so the installer puts FILE in place and starts it again;
+//   --shutdown                  ends through SHUTDOWN with nothing staged by itself;
 //   --fail                      ends in a runtime error (a number where a text belongs);
 //   nothing                     ends normally.
 #include "zelqa.h"
@@ -51,6 +52,8 @@ int main(int argc, char **argv) {
             return 1;
         }
         noteVersion("staged its successor and shuts down");
+        SHUTDOWN();
+    } else if (argc == 2 && !std::strcmp(argv[1], "--shutdown")) {
         SHUTDOWN();
     } else if (argc == 2 && !std::strcmp(argv[1], "--fail")) {
         zq_enter_function("MAIN", 3);

@@ -1,0 +1,184 @@
+// The update cycle with real programs: the sample application hands off to the installer at
+// the end of its run, the installer puts its successor in place, the successor runs.
+#include "platform/process.h"
+#include "platform/processes.h"
+#include "support/installer_sandbox.h"
+#include "support/unattended.h"
+#include "zelqa.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+namespace zq::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+const char kDatabase[] = "ZELQAINST.tLog";
+const char kWaiting[] = "Aguardando libera\347\343o de mem\363ria!";
+
+bool onPosix() { return platform::directorySeparator() == '/'; }
+std::string programName(const std::string &base) { return onPosix() ? base : base + ".exe"; }
+std::string runtimeLibrary() { return onPosix() ? "libzelqa.so" : "zelqa.dll"; }
+
+// Runs the sample application of the build with the sandbox as its directory.
+int runSample(const std::string &arguments) {
+    std::string program = appPath(programName("sample"));
+    std::string line = program + " " + arguments;
+    platform::StartedProcess started;
+    if (!platform::startProgram(program.c_str(), line.c_str(), started))
+        return -1;
+    return platform::waitForExit(started.process);
+}
+
+std::string lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+class HandOff : public ::testing::Test {
+protected:
+    InstallerSandbox box_{"hand-off"};
+    std::string dir_ = box_.path("") ;
+    std::string installer_ = box_.path("Tessarin.exe");
+
+    std::vector<std::string> handOffHead() const {
+        return {"DIRAPP=" + dir_, "Finding EXE=" + installer_};
+    }
+};
+
+TEST_F(HandOff, WithoutShutdownNothingIsWrittenOrStarted) {
+    fs::copy_file(appPath("Tessarin.exe"), installer_);
+    box_.createInstallDatabase(kDatabase, {{box_.path("x~"), "1"}});
+    EXPECT_EQ(runSample(""), 0);
+    EXPECT_FALSE(pathExists(box_.path("inst.txt")));
+    EXPECT_EQ(box_.recordCount(kDatabase), 1);
+}
+
+TEST_F(HandOff, MissingOrEmptyInstallerEndsAfterTheSearch) {
+    writeFile(box_.path("inst.txt"), "an earlier run\n");
+    box_.createInstallDatabase(kDatabase, {{box_.path("x~"), "1"}});
+    EXPECT_EQ(runSample("--shutdown"), 0);
+    EXPECT_EQ(box_.logLines(), handOffHead()); // a fresh log: the earlier run's line is gone
+
+    writeFile(installer_, "");
+    EXPECT_EQ(runSample("--shutdown"), 0);
+    EXPECT_EQ(box_.logLines(), handOffHead());
+    EXPECT_EQ(box_.recordCount(kDatabase), 1);
+}
+
+TEST_F(HandOff, InstallerWithoutInstallDatabaseIsNotStarted) {
+    fs::copy_file(appPath("Tessarin.exe"), installer_);
+    EXPECT_EQ(runSample("--shutdown"), 0);
+    std::vector<std::string> expected = handOffHead();
+    expected.push_back("EXE=" + installer_ + " OK");
+    EXPECT_EQ(box_.logLines(), expected);
+}
+
+// Copies the programs an installed application has into the sandbox.
+void installApplication(const InstallerSandbox &box) {
+    for (const std::string &file : {programName("sample"), runtimeLibrary(), std::string("Tessarin.exe")})
+        fs::copy_file(appPath(file), box.path(file));
+}
+
+TEST(UpdateCycle, ApplicationStagesItsSuccessorAndComesBackAsIt) {
+    InstallerSandbox box("update-cycle");
+    installApplication(box);
+    std::string dir = box.path("");
+    std::string app = box.path(programName("sample"));
+    std::string successor = appPath(programName("sample-next"));
+    std::string version1 = readFile(app);
+
+    std::string program = app, line = app + " --update-from " + successor + " 2.0";
+    platform::StartedProcess started;
+    ASSERT_TRUE(platform::startProgram(program.c_str(), line.c_str(), started));
+    EXPECT_EQ(platform::waitForExit(started.process), 0);
+    ASSERT_TRUE(eventually([&] { return readFile(box.path("inst.txt")).find("Install END") != std::string::npos; }));
+    ASSERT_TRUE(eventually([&] { return readFile(box.path("sample.log")).find("version 2.0 started") != std::string::npos; }));
+
+    EXPECT_EQ(readFile(box.path("sample.log")),
+              "version 1.0 started\nversion 1.0 staged its successor and shuts down\nversion 2.0 started\n");
+    EXPECT_EQ(readFile(app), readFile(successor));
+    EXPECT_EQ(readFile(box.path("_" + programName("sample"))), version1);
+    EXPECT_FALSE(pathExists(app + "~"));
+    EXPECT_EQ(box.recordCount(kDatabase), -1);
+
+    std::string installer = box.path("Tessarin.exe");
+    std::vector<std::string> expected = {
+        "DIRAPP=" + dir, "Finding EXE=" + installer, "EXE=" + installer + " OK",
+        "CreateProcess Begin " + installer + " .", std::string("Param=") + kDatabase, "CreateProcess OK",
+        std::string("LOGFILE=") + kDatabase, "Install BEGIN", std::string("PARAM1=") + kDatabase, "PARAM2=" + app,
+        kWaiting, "Mem\363ria liberada", std::string("!Procurando ") + kDatabase + "!",
+        std::string("ENCONTROU ") + kDatabase, "INSTALANDO " + app + "~",
+        "RENOMEANDO " + app + " para " + box.path("_" + programName("sample")),
+        "Criado backup do arquivo " + app, "COPIANDO " + app + "~ para " + app,
+        "Instalado o arquivo " + app + " vers\343o 2.0", ""};
+    std::vector<std::string> lines = box.logLines();
+    // The installer waits as many passes as the application takes to go: keep one.
+    auto firstWait = std::find(lines.begin(), lines.end(), kWaiting);
+    ASSERT_NE(firstWait, lines.end());
+    lines.erase(std::remove(firstWait + 1, lines.end(), std::string(kWaiting)), lines.end());
+    ASSERT_EQ(lines.size(), expected.size() + 2);
+    for (size_t i = 0; i < expected.size(); ++i) // the installer lowers paths it has tested
+        EXPECT_EQ(lower(lines[i]), lower(expected[i])) << "line " << i;
+    EXPECT_EQ(lines[expected.size()].rfind(" CreateProcess " + app + " OK. hProcess=", 0), 0u) << lines[expected.size()];
+    EXPECT_EQ(lines.back(), "Install END");
+}
+
+class Staging : public ::testing::Test {
+protected:
+    void SetUp() override { __BeginGlobal(); }
+    void TearDown() override {
+        __EndGlobal();
+    }
+    InstallerSandbox box_{"staging"};
+};
+
+TEST_F(Staging, StagesListsReplacesAndCancels) {
+    writeFile(box_.path("new.bin"), "version two");
+    writeFile(box_.path("app.bin"), "version one");
+    ASSERT_EQ(zq_stage_file(box_.path("new.bin").c_str(), "app.bin", "2.0"), ZQ_STAGE_OK);
+    EXPECT_EQ(readFile(box_.path("app.bin~")), "version two");
+    ASSERT_EQ(zq_staged_count(), 1);
+
+    writeFile(box_.path("newer.bin"), "version three");
+    ASSERT_EQ(zq_stage_file(box_.path("newer.bin").c_str(), box_.path("app.bin").c_str(), "3.0"), ZQ_STAGE_OK);
+    ASSERT_EQ(zq_staged_count(), 1); // staged again: one record, the newest
+    char staged[256], version[256];
+    ASSERT_EQ(zq_staged_entry(0, staged, sizeof staged, version, sizeof version), ZQ_STAGE_OK);
+    EXPECT_EQ(std::string(staged), box_.path("app.bin~"));
+    EXPECT_EQ(std::string(version), "3.0");
+    EXPECT_EQ(readFile(box_.path("app.bin~")), "version three");
+    EXPECT_EQ(zq_staged_entry(1, staged, sizeof staged, version, sizeof version), ZQ_STAGE_BAD_ARGUMENT);
+
+    EXPECT_EQ(zq_cancel_staged(), ZQ_STAGE_OK);
+    EXPECT_FALSE(pathExists(box_.path("app.bin~")));
+    EXPECT_EQ(zq_staged_count(), 0);
+    EXPECT_EQ(zq_cancel_staged(), ZQ_STAGE_NOTHING_STAGED);
+    EXPECT_EQ(readFile(box_.path("app.bin")), "version one");
+}
+
+TEST_F(Staging, RefusesBadInputAndLeavesNothingBehind) {
+    writeFile(box_.path("empty.bin"), "");
+    writeFile(box_.path("new.bin"), "content");
+    EXPECT_EQ(zq_stage_file(box_.path("missing.bin").c_str(), "app.bin", "1"), ZQ_STAGE_NO_SOURCE);
+    EXPECT_EQ(zq_stage_file(box_.path("empty.bin").c_str(), "app.bin", "1"), ZQ_STAGE_NO_SOURCE);
+    EXPECT_EQ(zq_stage_file(box_.path("").c_str(), "app.bin", "1"), ZQ_STAGE_NO_SOURCE);
+    EXPECT_EQ(zq_stage_file(box_.path("new.bin").c_str(), std::string(260, 'a').c_str(), "1"), ZQ_STAGE_TOO_LONG);
+    EXPECT_EQ(zq_stage_file(box_.path("new.bin").c_str(), "app.bin", std::string(256, '9').c_str()),
+              ZQ_STAGE_TOO_LONG);
+    EXPECT_EQ(zq_stage_file(box_.path("new.bin").c_str(), "no-such-dir/app.bin", "1"), ZQ_STAGE_CANNOT_COPY);
+    EXPECT_EQ(zq_stage_file(nullptr, "app.bin", "1"), ZQ_STAGE_BAD_ARGUMENT);
+    EXPECT_EQ(zq_staged_count(), 0);
+    for (const auto &entry : fs::directory_iterator(box_.path("")))
+        EXPECT_TRUE(entry.path().filename() == "new.bin" || entry.path().filename() == "empty.bin" ||
+                    entry.path().filename() == "DB" || entry.path().filename() == "windows")
+            << entry.path();
+}
+
+} // namespace
+} // namespace zq::test
