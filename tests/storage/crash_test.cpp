@@ -69,7 +69,7 @@ TEST_F(CrashTest, KilledWritersLoseNoCommittedRecord) {
     for (int round = 0; round < rounds; ++round) {
         intptr_t process = startProcess(child, directory + "/progress");
         ASSERT_NE(process, -1);
-        sleepMilliseconds(rounds > 10 ? 5 + int(random() % 60) : 400 + int(random() % 1200));
+        sleepMilliseconds(rounds > 10 ? 5 + int(random() % 40) : 400 + int(random() % 1200));
         killProcess(process);
         SCOPED_TRACE("round " + std::to_string(round));
         verify(committed());

@@ -66,7 +66,7 @@ void killProcess(intptr_t process) {
 
 std::string appPath(const std::string &name) { return std::string(ZQ_APPS_BIN_DIR) + "/" + name; }
 
-int crashRounds() { return 40; }
+int crashRounds() { return 25; }
 
 #endif
 
