@@ -42,7 +42,8 @@ std::string appPath(const std::string &name) {
     for (char &c : path)
         if (c == '/')
             c = '\\';
-    return path;
+    // A build directory given as a Unix path (cross builds run under wine) lies on Z:.
+    return path[0] == '\\' ? "Z:" + path : path;
 }
 
 int crashRounds() { return 6; }
