@@ -7,6 +7,9 @@
 #include "zelqa/arrays.h"
 #include "zelqa/values.h"
 
+#include <algorithm>
+#include <vector>
+
 using namespace zq::runtime;
 
 pObj __CopyArray(pObj a) noexcept {
@@ -40,17 +43,31 @@ pObj __ACopy(pObj aSource, pObj aTarget, pObj nStart, pObj nCount, pObj nTargetP
     return aTarget;
 }
 
-pObj __AClone(pObj a) noexcept {
-    ArrayHeader &header = requireArray(a);
+namespace {
+
+// Clones a; arrays on the way down (cloning) stay shared where they refer to themselves,
+// so an array that contains itself is cloned once instead of without end.
+pObj cloneArray(pObj a, std::vector<pObj> &cloning) {
     pObj copy = __CopyArray(a);
-    if (header.count == 0)
+    if (a->payload.a->count == 0)
         return copy;
+    cloning.push_back(a);
     // From the second element on, nested arrays are cloned in turn; replacing them lowers
     // the lock count the shallow copy gave the shared nested array.
     int32_t i = 1;
     for (pObj el = copy->payload.a->first->next; el; el = el->next, ++i) {
-        if (el->type == TYPE_ARRAY)
-            __SET_ARRAY_EL(copy, __AClone(el->payload.o), i);
+        pObj nested = el->type == TYPE_ARRAY ? el->payload.o : nullptr;
+        if (nested && std::find(cloning.begin(), cloning.end(), nested) == cloning.end())
+            __SET_ARRAY_EL(copy, cloneArray(nested, cloning), i);
     }
+    cloning.pop_back();
     return copy;
+}
+
+} // namespace
+
+pObj __AClone(pObj a) noexcept {
+    requireArray(a);
+    std::vector<pObj> cloning;
+    return cloneArray(a, cloning);
 }

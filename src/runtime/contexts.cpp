@@ -29,8 +29,10 @@ void handOut(RuntimeContext &ctx, pObj ret) {
     switch (ret->storageClass) {
     case CLASS_VAR:
     case CLASS_ARRAY:
-        if (ret->depth > 0)
-            --ret->depth;
+        // Only a value of the ending context moves out; one that already belongs to an
+        // outer context keeps its depth, or returning it would outlive its owner.
+        if (ret->depth > 0 && ret->depth >= ctx.depth)
+            ret->depth = static_cast<int16_t>(ctx.depth - 1);
         break;
     case CLASS_TEMP:
         setTemporaryLock(ctx, ret, static_cast<int16_t>(ctx.depth - 1));

@@ -63,4 +63,13 @@ TEST_F(ArrayCopy, CloneSharesOnlyTheFirstNestedArray) {
     EXPECT_EQ(__Array_Get_Amnt_Itens(__AClone(numbers({}))), 0);
 }
 
+TEST_F(ArrayCopy, CloneOfAnArrayHoldingItselfEnds) {
+    pObj a = numbers({1});
+    __AAdd(a, a);
+    pObj clone = __AClone(a);
+    EXPECT_NE(clone, a);
+    EXPECT_EQ(at(clone, 2), a) << "the array being cloned stays shared where it refers to itself";
+    EXPECT_EQ(a->lockCount, 2);
+}
+
 } // namespace
