@@ -1,16 +1,9 @@
-// The installer's pieces that need no process: command line, record reading, backup
-// names and the existence test.
+// The installer's pieces that need no process: the command line and record reading.
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-
 #include "installer/command_line.h"
-#include "installer/file_exists.h"
 #include "installer/install_record.h"
 #include "platform/process.h"
-#include "support/unattended.h"
 
 namespace zq::installer {
 namespace {
@@ -65,37 +58,10 @@ TEST(installerRecord, ReadsStagedPathSkipsOneByteThenVersion) {
     InstallRecord empty = readInstallRecord({});
     EXPECT_EQ(empty.staged, "");
     EXPECT_EQ(empty.target, "");
-}
 
-TEST(installerRecord, BackupGoesBeforeTheBaseNameOrEqualsTheTarget) {
-    const std::string sep(1, platform::directorySeparator());
-    EXPECT_EQ(backupPath("dir" + sep + "name.ext"), "dir" + sep + "_name.ext");
-    EXPECT_EQ(backupPath("a" + sep + "b.c" + sep + "n"), "a" + sep + "b.c" + sep + "_n");
-    EXPECT_EQ(backupPath(sep + "n"), sep + "_n");
-    EXPECT_EQ(backupPath("name.ext"), "name.ext");
-}
-
-TEST(installerExistence, CountsOnlyNonEmptyEntriesAndLowersWhatItFinds) {
-    auto dir = test::freshDirectory("installer-exists");
-    std::ofstream(dir / "Full.TXT") << "x";
-    std::ofstream(dir / "Empty.txt");
-    std::filesystem::create_directories(dir / "Folder");
-
-    std::string full = (dir / "Full.TXT").string();
-    EXPECT_TRUE(fileExists(full));
-    EXPECT_EQ(full, [&] {
-        std::string l = (dir / "Full.TXT").string();
-        for (char &c : l)
-            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        return l;
-    }());
-
-    for (const char *absent : {"Empty.txt", "Folder", "Missing.txt"}) {
-        std::string path = (dir / absent).string();
-        const std::string before = path;
-        EXPECT_FALSE(fileExists(path)) << absent;
-        EXPECT_EQ(path, before) << absent; // not lowered when nothing of size was found
-    }
+    // Without a separator the backup name is the target's own.
+    EXPECT_EQ(readInstallRecord(bytesOf(std::string("name.extX") + '\0')).backup, "name.ext");
+    EXPECT_EQ(backupPath(std::string(1, sep) + "n"), std::string(1, sep) + "_n");
 }
 
 } // namespace
