@@ -163,8 +163,9 @@ TEST_F(Values, RingComesRoundAfterItsSize) {
 TEST(ValuesRecord, HasTheContractLayout) {
     EXPECT_EQ(offsetof(Obj, next), 0u);
     EXPECT_EQ(sizeof(Obj{}.payload), 8u);
-    if (sizeof(void *) == 4)
+    if (sizeof(void *) == 4) {
         EXPECT_EQ(sizeof(Obj), 32u);
+    }
 }
 
 } // namespace
