@@ -51,6 +51,7 @@ struct RuntimeContext {
     std::array<pObj, kSettingCount> settings; // language setting n lives in slot n - 1
     int shutdownRequested;             // set by SHUTDOWN, read by __EndGlobal
     DebugFrame *frames;                // innermost first
+    pObj arrayRegistry;                // rows {array, base name} a runtime error saves; null until used
     std::array<Obj, kSharedConstantCount> constants;
 };
 

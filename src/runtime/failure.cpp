@@ -1,7 +1,7 @@
 // __RuntimeError: the runtime's single failure path, and the small routines beside it.
 //
-// Order: compose the text, show the "Fatal Error" box, run the registered exit routine,
-// end with exit code 0.
+// Order: compose the text, show the "Fatal Error" box, save the registered arrays, run
+// the registered exit routine, end with exit code 0.
 // A fault raised while this is under way skips straight to the end of the process.
 #include "runtime/failure.h"
 
@@ -9,6 +9,7 @@
 #include "runtime/context.h"
 #include "runtime/memory.h"
 #include "runtime/message_table.h"
+#include "runtime/saved_arrays.h"
 #include "ui/box.h"
 #include "zelqa/boxes.h"
 #include "zelqa/errors.h"
@@ -61,6 +62,7 @@ void __RuntimeError(int code, int aux) noexcept {
     ending = true;
     std::string text = composeFatalText(code, aux);
     zq::ui::showBox(nullptr, "Fatal Error", text.c_str(), ZQ_BOX_STOP);
+    dumpRegisteredArrays();
     if (exitRoutine)
         exitRoutine();
     zq::platform::exitProcess(0);
