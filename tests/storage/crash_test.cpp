@@ -67,9 +67,9 @@ TEST_F(CrashTest, KilledWritersLoseNoCommittedRecord) {
     std::mt19937 random(12345);
     int rounds = crashRounds();
     for (int round = 0; round < rounds; ++round) {
-        intptr_t process = startProcess(child, directory + "/progress");
-        ASSERT_NE(process, -1);
-        sleepMilliseconds(rounds > 10 ? 5 + int(random() % 40) : 400 + int(random() % 1200));
+        zq::platform::StartedProcess process = startProcess(child, directory + "/progress");
+        ASSERT_TRUE(process.process);
+        zq::platform::sleepMilliseconds(rounds > 10 ? 5 + int(random() % 40) : 400 + int(random() % 1200));
         killProcess(process);
         SCOPED_TRACE("round " + std::to_string(round));
         verify(committed());
