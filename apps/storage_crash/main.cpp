@@ -2,21 +2,11 @@
 //
 // Usage: storage_crash <progress file>. Record k holds crashPayload(k); after its release
 // returns, k is appended to the progress file as 4 bytes, so the file lists committed records.
+#include "crash_payload.h"
 #include "zelqa/storage.h"
 
 #include <cstdio>
 #include <string>
-
-namespace {
-
-std::string crashPayload(uint32_t k) {
-    std::string bytes(1 + (k * 37) % 300, ' ');
-    for (size_t j = 0; j < bytes.size(); ++j)
-        bytes[j] = char('a' + (k * 7 + j) % 26);
-    return bytes;
-}
-
-} // namespace
 
 int main(int argc, char **argv) {
     if (argc < 2)

@@ -1,4 +1,5 @@
 // A writer killed at random moments: every record whose commit returned survives intact.
+#include "apps/storage_crash/crash_payload.h"
 #include "support/storage_fixture.h"
 #include "support/storage_process.h"
 
@@ -10,14 +11,6 @@
 using namespace zq::storage_test;
 
 namespace {
-
-// The same bytes the child writes into record k.
-std::string crashPayload(uint32_t k) {
-    std::string bytes(1 + (k * 37) % 300, ' ');
-    for (size_t j = 0; j < bytes.size(); ++j)
-        bytes[j] = char('a' + (k * 7 + j) % 26);
-    return bytes;
-}
 
 class CrashTest : public StorageTest {
 protected:
