@@ -43,6 +43,12 @@ void lowerArrayDepth(pObj x, int16_t depth);
 // element holding an array) the row's element at 0-based column.
 pObj columnKey(pObj el, int32_t column);
 
+// Between these two, destroyed array objects are only marked; the end unlinks and
+// releases them in one pass over the arrays list.
+struct OwnerList;
+void beginArraySweep();
+void endArraySweep(OwnerList &arrays);
+
 // Reads a numeric (TYPE_NUMERIC or TYPE_LONG) argument's integer part; false otherwise.
 bool integerArgument(pObj x, int32_t &out);
 

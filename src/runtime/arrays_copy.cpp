@@ -54,11 +54,10 @@ pObj cloneArray(pObj a, std::vector<pObj> &cloning) {
     cloning.push_back(a);
     // From the second element on, nested arrays are cloned in turn; replacing them lowers
     // the lock count the shallow copy gave the shared nested array.
-    int32_t i = 1;
-    for (pObj el = copy->payload.a->first->next; el; el = el->next, ++i) {
+    for (pObj el = copy->payload.a->first->next; el; el = el->next) {
         pObj nested = el->type == TYPE_ARRAY ? el->payload.o : nullptr;
         if (nested && std::find(cloning.begin(), cloning.end(), nested) == cloning.end())
-            __SET_ARRAY_EL(copy, cloneArray(nested, cloning), i);
+            storeArrayReference(el, cloneArray(nested, cloning), copy->depth);
     }
     cloning.pop_back();
     return copy;

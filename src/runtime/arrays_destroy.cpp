@@ -12,6 +12,42 @@
 
 using namespace zq::runtime;
 
+namespace {
+
+// While a context ends, destroyed array objects stay listed, marked dead (type NIL and
+// no header), and one pass unlinks them all: unlinking each from a singly linked list
+// would cost a walk per array, and a sorted array releases its rows in any order.
+bool sweeping = false;
+
+bool isDead(pObj a) { return a->type != TYPE_ARRAY; }
+
+} // namespace
+
+namespace zq::runtime {
+
+void beginArraySweep() { sweeping = true; }
+
+void endArraySweep(OwnerList &arrays) {
+    sweeping = false;
+    pObj previous = nullptr;
+    for (pObj a = arrays.head; a;) {
+        pObj next = a->next;
+        if (!isDead(a)) {
+            previous = a;
+        } else {
+            (previous ? previous->next : arrays.head) = next;
+            --arrays.count;
+            release(a);
+        }
+        a = next;
+    }
+    arrays.tail = previous;
+    if (arrays.count <= 0)
+        arrays = OwnerList{nullptr, nullptr, 0, arrays.recordSize, arrays.constructor};
+}
+
+} // namespace zq::runtime
+
 void __KillArrayEl(ArrayHeader *header) noexcept {
     if (!header)
         return;
@@ -41,7 +77,7 @@ pObj __KillArray(pObj a) noexcept {
     if (!a || a->storageClass != CLASS_ARRAY)
         return nullptr;
     RuntimeContext &ctx = context();
-    if (a->depth < ctx.depth || a->lockCount != 0)
+    if (isDead(a) || a->depth < ctx.depth || a->lockCount != 0)
         return a->next;
     if (ArrayHeader *header = a->payload.a) {
         __KillArrayEl(header);
@@ -49,6 +85,10 @@ pObj __KillArray(pObj a) noexcept {
             return a->next; // locked elements keep the array alive
         release(header);
         a->payload.a = nullptr;
+    }
+    if (sweeping) {
+        a->type = TYPE_NIL; // unlinked and released by endArraySweep
+        return a->next;
     }
     pObj following = unlinkFromList(ctx.lists[kArrayList], a);
     release(a);

@@ -5,6 +5,7 @@
 // variables and arrays of that depth or deeper that nothing keeps (a lock count above 0,
 // or a depth lowered when an outer variable or array took them), then unlocks the
 // temporaries locked at that depth and drops its debug frames.
+#include "runtime/arrays.h"
 #include "runtime/context.h"
 
 #include "runtime/memory.h"
@@ -54,12 +55,14 @@ void releaseVariables(RuntimeContext &ctx) {
 // __KillArray answers the array that follows in the list once its work is done, so the
 // walk stays valid even when nested arrays elsewhere in the list went with it.
 void releaseArrays(RuntimeContext &ctx) {
+    beginArraySweep();
     for (pObj a = ctx.lists[kArrayList].head; a;) {
         if (a->depth >= ctx.depth && a->lockCount == 0)
             a = __KillArray(a);
         else
             a = a->next;
     }
+    endArraySweep(ctx.lists[kArrayList]);
 }
 
 void unlockTemporaries(RuntimeContext &ctx) {
