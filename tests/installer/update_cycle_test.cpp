@@ -2,6 +2,7 @@
 // the end of its run, the installer puts its successor in place, the successor runs.
 #include "platform/process.h"
 #include "platform/processes.h"
+#include "platform/windows.h"
 #include "support/installer_sandbox.h"
 #include "support/unattended.h"
 #include "zelqa.h"
@@ -99,6 +100,9 @@ TEST(UpdateCycle, ApplicationStagesItsSuccessorAndComesBackAsIt) {
     EXPECT_EQ(platform::waitForExit(started.process), 0);
     ASSERT_TRUE(eventually([&] { return readFile(box.path("inst.txt")).find("Install END") != std::string::npos; }));
     ASSERT_TRUE(eventually([&] { return readFile(box.path("sample.log")).find("version 2.0 started") != std::string::npos; }));
+    // Under Windows window classes are shared by every program: let the installer and the
+    // new version end before the next test looks for their windows.
+    EXPECT_TRUE(eventually([] { return !platform::windowExists("Tessarin") && !platform::windowExists("OO_Window32"); }));
 
     std::string sampleLog = readFile(box.path("sample.log"));
     sampleLog.erase(std::remove(sampleLog.begin(), sampleLog.end(), '\r'), sampleLog.end()); // a text file
