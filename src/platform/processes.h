@@ -88,4 +88,9 @@ std::string commandLineArguments(int argc, char **argv);
 // fopen that keeps the stream from being inherited by programs started later.
 std::FILE *openPrivateStream(const char *path, const char *mode);
 
+// Waits until no other process holds the stream's file, then holds it until the stream is
+// closed (an advisory lock on POSIX, a whole-file lock on Windows). Programs that hand a
+// log to one another take it, so their lines never overwrite each other.
+void holdStreamExclusively(std::FILE *stream);
+
 } // namespace zq::platform

@@ -128,7 +128,10 @@ TEST(UpdateCycle, ApplicationStagesItsSuccessorAndComesBackAsIt) {
     auto firstWait = std::find(lines.begin(), lines.end(), kWaiting);
     ASSERT_NE(firstWait, lines.end());
     lines.erase(std::remove(firstWait + 1, lines.end(), std::string(kWaiting)), lines.end());
-    ASSERT_EQ(lines.size(), expected.size() + 2);
+    std::string whole;
+    for (const std::string &l : lines)
+        whole += l + "\n";
+    ASSERT_EQ(lines.size(), expected.size() + 2) << whole;
     for (size_t i = 0; i < expected.size(); ++i) // the installer lowers paths it has tested
         EXPECT_EQ(lower(lines[i]), lower(expected[i])) << "line " << i;
     EXPECT_EQ(lines[expected.size()].rfind(" CreateProcess " + app + " OK. hProcess=", 0), 0u) << lines[expected.size()];

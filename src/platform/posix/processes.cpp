@@ -5,6 +5,7 @@
 #include <csignal>
 #include <ctime>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -87,6 +88,11 @@ std::string commandLineArguments(int argc, char **argv) {
 
 std::FILE *openPrivateStream(const char *path, const char *mode) {
     return std::fopen(path, (std::string(mode) + "e").c_str()); // "e": O_CLOEXEC
+}
+
+void holdStreamExclusively(std::FILE *stream) {
+    while (flock(fileno(stream), LOCK_EX) != 0 && errno == EINTR) {
+    }
 }
 
 } // namespace zq::platform

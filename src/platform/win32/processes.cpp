@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <io.h>
+
 namespace zq::platform {
 
 void closeHandle(HandleKind, std::intptr_t handle) noexcept {
@@ -62,5 +64,11 @@ std::string commandLineArguments(int, char **) {
 
 // Programs are started without inherited handles, so a plain stream is already private.
 std::FILE *openPrivateStream(const char *path, const char *mode) { return std::fopen(path, mode); }
+
+void holdStreamExclusively(std::FILE *stream) {
+    HANDLE file = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    OVERLAPPED whole{};
+    LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK, 0, MAXDWORD, MAXDWORD, &whole); // blocks until free
+}
 
 } // namespace zq::platform
