@@ -35,16 +35,6 @@ TEST_F(Values, TextConstructorsCountTheTerminatingNul) {
         EXPECT_EQ(zeros->payload.c[i], 0);
 }
 
-TEST_F(Values, ScalarConstructorsSetTypeAndPayload) {
-    EXPECT_EQ(__INIT_LONG(-7)->payload.l, -7);
-    EXPECT_EQ(__INIT_LONG(-7)->objLength, -1);
-    EXPECT_EQ(__INIT_DOUBLE(2.5)->type, TYPE_NUMERIC);
-    EXPECT_EQ(__INIT_DATE(45000)->type, TYPE_DATE);
-    int target = 0;
-    EXPECT_EQ(__INIT_HANDLE(&target)->type, TYPE_HANDLE);
-    EXPECT_EQ(__INIT_VOIDPTR(&target)->payload.p, &target);
-}
-
 TEST_F(Values, LiteralRecordIsSharedAndOverwritten) {
     pObj first = __INIT_CHARCONST("first");
     pObj second = __INIT_CHARCONST("second one");
