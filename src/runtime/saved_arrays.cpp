@@ -1,5 +1,5 @@
 // Saved arrays: __RegisterArray, ExecDumpArray and __RestoreArray over the kind-named
-// databases of kind 'L'. The record layout is described in docs/formats/saved_array.md.
+// databases of kind 'L'. The record layout is described in docs/formats/saved-array.md.
 //
 // Records run in pre-order: record 0 holds the outer count; every nested array is a count
 // record followed by its elements; a scalar is the 32-byte value record of the original
