@@ -1,4 +1,5 @@
 // Arrays: __CopyArray, __ACopy with its offsets, and __AClone sharing the first nested array.
+#include "support/fresh_runtime.h"
 #include "runtime/arrays_support.h"
 #include "runtime/context.h"
 
@@ -6,11 +7,7 @@ namespace {
 
 using namespace zq::test;
 
-class ArrayCopy : public ::testing::Test {
-protected:
-    void SetUp() override { __RetGlob(1); }
-    void TearDown() override { __EndGlobal(); }
-};
+class ArrayCopy : public zq::test::FreshRuntime {};
 
 TEST_F(ArrayCopy, CopyArrayCopiesValuesAndSharesNestedArrays) {
     pObj nested = numbers({1});

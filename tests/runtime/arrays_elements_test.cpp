@@ -1,4 +1,5 @@
 // Arrays: making them, reaching elements, nested arrays by reference, depth and errors.
+#include "support/fresh_runtime.h"
 #include "runtime/arrays_support.h"
 #include "runtime/context.h"
 #include "runtime/memory.h"
@@ -7,11 +8,7 @@ namespace {
 
 using namespace zq::test;
 
-class ArrayElements : public ::testing::Test {
-protected:
-    void SetUp() override { __RetGlob(1); }
-    void TearDown() override { __EndGlobal(); }
-};
+class ArrayElements : public zq::test::FreshRuntime {};
 
 TEST_F(ArrayElements, CreateArrayCopiesScalarsAndSharesArrays) {
     pObj inner = numbers({7, 8});

@@ -1,4 +1,5 @@
 // Arrays: __Array, __ASize, __AIns, __ADel and __DelEl keep counts, chains and references.
+#include "support/fresh_runtime.h"
 #include "runtime/arrays_support.h"
 #include "runtime/context.h"
 #include "runtime/memory.h"
@@ -7,11 +8,8 @@ namespace {
 
 using namespace zq::test;
 
-class ArrayResize : public ::testing::Test {
+class ArrayResize : public zq::test::FreshRuntime {
 protected:
-    void SetUp() override { __RetGlob(1); }
-    void TearDown() override { __EndGlobal(); }
-
     // The chain agrees with the header: count, first and last.
     static void expectConsistent(pObj a) {
         ArrayHeader *h = a->payload.a;

@@ -1,4 +1,5 @@
 // Arrays: __Comp, __AScan and __ASORT with their offsets, columns and payload exchange.
+#include "support/fresh_runtime.h"
 #include "runtime/arrays_support.h"
 #include "runtime/context.h"
 
@@ -8,11 +9,8 @@ namespace {
 
 using namespace zq::test;
 
-class ArraySort : public ::testing::Test {
+class ArraySort : public zq::test::FreshRuntime {
 protected:
-    void SetUp() override { __RetGlob(1); }
-    void TearDown() override { __EndGlobal(); }
-
     static pObj row(double key, const char *text) {
         return __CreateArray(__INIT_DOUBLE(key), __INIT_CHARPTR(text), __INIT_NUL());
     }

@@ -2,7 +2,7 @@
 // them back, and expecting a runtime error from a statement.
 #pragma once
 
-#include "support/unattended.h"
+#include "support/refused_call.h"
 #include "zelqa.h"
 
 #include <gtest/gtest.h>
@@ -43,27 +43,5 @@ inline std::vector<std::string> textsOf(pObj a) {
 }
 
 inline pObj at(pObj a, int32_t position) { return __GET_ARRAY_EL(a, position - 1); }
-
-} // namespace zq::test
-
-namespace zq::test {
-
-// A call that must end the run through the "Fatal Error" box showing text.
-struct RefusedCall {
-    const char *name;
-    void (*call)();
-    const char *text;
-};
-
-inline std::string refusedCallName(const ::testing::TestParamInfo<RefusedCall> &info) { return info.param.name; }
-
-// Runs the call in a child process on a fresh runtime and checks the box it showed.
-inline void expectRuntimeError(const RefusedCall &c) {
-    UnattendedBoxes boxes;
-    EXPECT_EXIT({ __RetGlob(1); c.call(); }, ::testing::ExitedWithCode(0), "");
-    auto lines = boxes.lines();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0], std::string("Fatal Error\t16\t") + c.text);
-}
 
 } // namespace zq::test

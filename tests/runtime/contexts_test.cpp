@@ -1,4 +1,5 @@
 // Contexts, locked temporaries, settings and the end of the run.
+#include "support/fresh_runtime.h"
 #include "runtime/arrays_support.h"
 #include "runtime/context.h"
 #include "runtime/memory.h"
@@ -11,11 +12,8 @@ namespace {
 using namespace zq::test;
 using zq::runtime::context;
 
-class Contexts : public ::testing::Test {
+class Contexts : public zq::test::FreshRuntime {
 protected:
-    void SetUp() override { __RetGlob(1); }
-    void TearDown() override { __EndGlobal(); }
-
     static int32_t listed(int list) { return context().lists[list].count; }
     static std::string dateFormat() { return __Set(__INIT_DOUBLE(4), nullptr)->payload.c; }
 };

@@ -1,6 +1,6 @@
 // The failure path: message tables, the "Fatal Error" text, and a runtime error ending a process.
 #include "runtime/failure.h"
-#include "support/unattended.h"
+#include "support/refused_call.h"
 #include "zelqa.h"
 
 #include <gtest/gtest.h>
@@ -69,28 +69,19 @@ TEST(RuntimeErrorDeathTest, ShowsItsBoxRunsTheExitRoutineAndExitsWithZero) {
     EXPECT_EQ(lines[0], "Fatal Error\t16\tARGUMENT ERROR!\\nFun\347\343o __Seek\\n (!cKeyExpr)");
 }
 
-TEST(RuntimeErrorDeathTest, FullRingOfLockedTemporariesIsStackFull) {
-    zq::test::UnattendedBoxes boxes;
-    EXPECT_EXIT(
-        {
-            __SetMaxStackElements(4);
-            __RetGlob(1);
-            for (int i = 0; i < 4; ++i)
-                __LockStack(__INIT_LONG(i), __INIT_NUL());
-            __INIT_LONG(99);
-        },
-        ::testing::ExitedWithCode(0), "");
-    auto lines = boxes.lines();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0], "Fatal Error\t16\tSTACK FULL!");
-}
+class RefusedCallDeathTest : public ::testing::TestWithParam<zq::test::RefusedCall> {};
 
-TEST(RuntimeErrorDeathTest, NegativeTextLengthIsLowMemory) {
-    zq::test::UnattendedBoxes boxes;
-    EXPECT_EXIT({ __ALLOC_CHARPTR(-1); }, ::testing::ExitedWithCode(0), "");
-    auto lines = boxes.lines();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0], "Fatal Error\t16\tLOW MEMORY!");
-}
+TEST_P(RefusedCallDeathTest, EndsTheRun) { zq::test::expectRuntimeError(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Values, RefusedCallDeathTest, ::testing::Values(
+    zq::test::RefusedCall{"FullRingOfLockedTemporaries", [] {
+        __SetMaxStackElements(4);
+        __RetGlob(1);
+        for (int i = 0; i < 4; ++i)
+            __LockStack(__INIT_LONG(i), __INIT_NUL());
+        __INIT_LONG(99);
+    }, "STACK FULL!"},
+    zq::test::RefusedCall{"NegativeTextLength", [] { __ALLOC_CHARPTR(-1); }, "LOW MEMORY!"}),
+    zq::test::refusedCallName);
 
 } // namespace

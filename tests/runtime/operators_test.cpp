@@ -1,28 +1,20 @@
 // Operators: ordering, equality, logic and arithmetic over every type pair, and the
 // combinations each operator refuses with "ARGUMENT ERROR!".
-#include "platform/process.h"
+#include "support/fresh_runtime.h"
+#include "support/refused_call.h"
 #include "zelqa.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <ostream>
-#include <random>
 #include <string>
 #include <vector>
 
 namespace {
 
 // Every test runs inside a started runtime; the test entry answers boxes unattended.
-class Operators : public ::testing::Test {
-protected:
-    void SetUp() override { __BeginGlobal(); }
-    void TearDown() override { __EndGlobal(); }
-};
+class Operators : public zq::test::FreshRuntime {};
 
 pObj text(const char *s) { return __INIT_CHARPTR(s); }
 pObj num(double d) { return __INIT_DOUBLE(d); }
@@ -258,85 +250,47 @@ TEST_F(Operators, OperandsThatAreTemporariesSurviveTheRingComingRound) {
 
 // ---- refused combinations ------------------------------------------------------------
 
-struct Refused {
-    const char *name;
-    void (*call)();
-};
+using zq::test::RefusedCall;
 
-void PrintTo(const Refused &refused, std::ostream *os) { *os << refused.name; }
+class OperatorsDeathTest : public ::testing::TestWithParam<RefusedCall> {};
 
-class OperatorsDeathTest : public ::testing::TestWithParam<Refused> {};
-
-// The box log of this death test: a name of its own, so that test processes running side
-// by side never share one; the child, started with the variable set, keeps using it.
-std::filesystem::path boxLog() {
-    if (const char *set = std::getenv("ZELQA_BOX_LOG"))
-        return set;
-    std::random_device random;
-    auto path = std::filesystem::temp_directory_path() /
-                ("zelqa-operators-" + std::to_string(random()) + ".log");
-    zq::platform::setEnvironment("ZELQA_BOX_LOG", path.string().c_str());
-    return path;
-}
-
-TEST_P(OperatorsDeathTest, RaisesArgumentError) {
-    std::filesystem::path log = boxLog();
-    EXPECT_EXIT(
-        {
-            __BeginGlobal();
-            GetParam().call();
-            std::fputs("returned\n", stderr);
-            __EndGlobal();
-            zq::platform::exitProcess(3);
-        },
-        ::testing::ExitedWithCode(0), "");
-    zq::platform::setEnvironment("ZELQA_BOX_LOG", nullptr);
-    std::vector<std::string> lines;
-    std::ifstream in(log, std::ios::binary);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    in.close();
-    std::filesystem::remove(log);
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0].substr(0, lines[0].find('\t')), "Fatal Error");
-    EXPECT_EQ(lines[0].substr(lines[0].rfind('\t') + 1), "ARGUMENT ERROR!");
-}
+TEST_P(OperatorsDeathTest, RaisesArgumentError) { zq::test::expectRuntimeError(GetParam()); }
 
 pObj date1() { return __INIT_DATE(__EncodeDate(2006, 1, 1)); }
 
 INSTANTIATE_TEST_SUITE_P(
     Operators, OperatorsDeathTest,
     ::testing::Values(
-        Refused{"LessTextNumber", [] { __LS(text("a"), num(1)); }},
-        Refused{"GreaterDateNumber", [] { __GT(date1(), num(1)); }},
-        Refused{"GreaterNullText", [] { __GT(nullptr, text("a")); }},
-        Refused{"LessEqualLogicals", [] { __LSE(boolean(1), boolean(0)); }},
-        Refused{"EqualNilNumber", [] { __EQ(__INIT_NIL(), num(1)); }},
-        Refused{"EqualNullText", [] { __EQ(nullptr, text("a")); }},
-        Refused{"EqualTextNumber", [] { __EQ(text("1"), num(1)); }},
-        Refused{"EqualLongs", [] { __EQ(__INIT_LONG(1), __INIT_LONG(1)); }},
-        Refused{"ExactEqualArrays", [] {
-                    pObj a = __fcpObj_CT(0);
-                    __EEQ(a, a);
-                }},
-        Refused{"AndNumber", [] { __AND(__INIT_BOOL(1), num(1)); }},
-        Refused{"OrNil", [] { __OR(__INIT_NIL(), __INIT_BOOL(1)); }},
-        Refused{"InvNull", [] { __INV(nullptr); }},
-        Refused{"InvText", [] { __INV(text("a")); }},
-        Refused{"SumTextNumber", [] { __SUM(text("a"), num(1)); }},
-        Refused{"SumTextNull", [] { __SUM(text("a"), nullptr); }},
-        Refused{"SumNumberText", [] { __SUM(num(1), text("a")); }},
-        Refused{"SumDateDate", [] { __SUM(date1(), date1()); }},
-        Refused{"SumEmptyDate", [] { __SUM(__INIT_DATE(0), num(1)); }},
-        Refused{"SumDateToZero", [] { __SUM(__INIT_DATE(3), num(-3)); }},
-        Refused{"SumDateHugeCount", [] { __SUM(date1(), num(1e12)); }},
-        Refused{"SubNumberDate", [] { __SUB(num(1), date1()); }},
-        Refused{"SubDateNil", [] { __SUB(date1(), __INIT_NIL()); }},
-        Refused{"MulNumberText", [] { __MUL(num(2), text("2")); }},
-        Refused{"DivDateNumber", [] { __DIV(date1(), num(2)); }},
-        Refused{"PreIncrementNull", [] { __PREINCREMENT(nullptr); }},
-        Refused{"PostDecrementDate", [] { __POSTDECREMENT(date1()); }},
-        Refused{"AddTodNumberNumber", [] { __AddTod(num(1), num(1)); }}),
-    [](const ::testing::TestParamInfo<Refused> &info) { return std::string(info.param.name); });
+        RefusedCall{"LessTextNumber", [] { __LS(text("a"), num(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"GreaterDateNumber", [] { __GT(date1(), num(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"GreaterNullText", [] { __GT(nullptr, text("a")); }, "ARGUMENT ERROR!"},
+        RefusedCall{"LessEqualLogicals", [] { __LSE(boolean(1), boolean(0)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"EqualNilNumber", [] { __EQ(__INIT_NIL(), num(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"EqualNullText", [] { __EQ(nullptr, text("a")); }, "ARGUMENT ERROR!"},
+        RefusedCall{"EqualTextNumber", [] { __EQ(text("1"), num(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"EqualLongs", [] { __EQ(__INIT_LONG(1), __INIT_LONG(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"ExactEqualArrays", [] {
+                        pObj a = __fcpObj_CT(0);
+                        __EEQ(a, a);
+                    }, "ARGUMENT ERROR!"},
+        RefusedCall{"AndNumber", [] { __AND(__INIT_BOOL(1), num(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"OrNil", [] { __OR(__INIT_NIL(), __INIT_BOOL(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"InvNull", [] { __INV(nullptr); }, "ARGUMENT ERROR!"},
+        RefusedCall{"InvText", [] { __INV(text("a")); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SumTextNumber", [] { __SUM(text("a"), num(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SumTextNull", [] { __SUM(text("a"), nullptr); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SumNumberText", [] { __SUM(num(1), text("a")); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SumDateDate", [] { __SUM(date1(), date1()); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SumEmptyDate", [] { __SUM(__INIT_DATE(0), num(1)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SumDateToZero", [] { __SUM(__INIT_DATE(3), num(-3)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SumDateHugeCount", [] { __SUM(date1(), num(1e12)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SubNumberDate", [] { __SUB(num(1), date1()); }, "ARGUMENT ERROR!"},
+        RefusedCall{"SubDateNil", [] { __SUB(date1(), __INIT_NIL()); }, "ARGUMENT ERROR!"},
+        RefusedCall{"MulNumberText", [] { __MUL(num(2), text("2")); }, "ARGUMENT ERROR!"},
+        RefusedCall{"DivDateNumber", [] { __DIV(date1(), num(2)); }, "ARGUMENT ERROR!"},
+        RefusedCall{"PreIncrementNull", [] { __PREINCREMENT(nullptr); }, "ARGUMENT ERROR!"},
+        RefusedCall{"PostDecrementDate", [] { __POSTDECREMENT(date1()); }, "ARGUMENT ERROR!"},
+        RefusedCall{"AddTodNumberNumber", [] { __AddTod(num(1), num(1)); }, "ARGUMENT ERROR!"}),
+    zq::test::refusedCallName);
 
 } // namespace

@@ -1,4 +1,5 @@
 // Value records: constructors, assignment, variables and the ring of temporaries.
+#include "support/fresh_runtime.h"
 #include "runtime/context.h"
 #include "runtime/memory.h"
 #include "support/unattended.h"
@@ -12,10 +13,8 @@ namespace {
 
 using namespace zq::runtime;
 
-class Values : public ::testing::Test {
+class Values : public zq::test::FreshRuntime {
 protected:
-    void SetUp() override { __BeginGlobal(); }
-    void TearDown() override { __EndGlobal(); }
     zq::test::UnattendedBoxes boxes_;
 };
 
