@@ -12,6 +12,7 @@
 #include "zelqa/windows.h"
 #include "zelqa/storage.h"
 #include "zelqa/dates.h"
+#include "zelqa/strings.h"
 #include "zelqa/staging.h"
 #include "zelqa/program.h"
 

@@ -2,6 +2,7 @@
 //
 // The arithmetic is the 32-bit one of the original runtime: a date before 30 December
 // 1899 becomes a very large day number, and the time stamp's odd offset is kept.
+#include "library/day_tables.h"
 #include "runtime/context.h"
 #include "runtime/settings.h"
 #include "zelqa/dates.h"
@@ -11,11 +12,9 @@
 
 namespace {
 
-constexpr uint32_t kMonthLengths[2][12] = {
-    {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31},
-    {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31},
-};
-constexpr int32_t kDaysToEpoch = 693594;
+using zq::library::kDaysToEpoch;
+using zq::library::kMonthLengths;
+
 constexpr int kEpochSetting = 5;
 
 // The first year of the two-digit window; a setting below 1900 is raised to 1900 for good.
@@ -29,6 +28,14 @@ int32_t epochYear() {
     if (epoch->payload.d < 1900)
         epoch = zq::runtime::storeSetting(kEpochSetting, __INIT_DOUBLE(1900.0));
     return static_cast<int32_t>(epoch->payload.d);
+}
+
+// The date field as a 32-bit count, wrapping as 32-bit arithmetic does: the large day
+// numbers of dates before 30 December 1899 come back to those dates.
+uint32_t dayCount(double field) {
+    if (!(std::fabs(field) < 9.0e18))
+        return 0; // NaN and the infinities name no day
+    return static_cast<uint32_t>(static_cast<int64_t>(field));
 }
 
 } // namespace
@@ -80,7 +87,7 @@ TimeStamp *__DateTimeToTimeStamp(TimeStamp *stamp, double day) noexcept {
 void __DecodeDate(double day, uint32_t *y, uint32_t *m, uint32_t *d) noexcept {
     TimeStamp stamp;
     __DateTimeToTimeStamp(&stamp, day);
-    uint32_t D = static_cast<uint32_t>(stamp.date);
+    uint32_t D = dayCount(stamp.date);
     if (D == 0) {
         *y = *m = *d = 0;
         return;

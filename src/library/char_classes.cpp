@@ -1,0 +1,27 @@
+// The 256-entry character class table, built once at compile time.
+#include "library/char_classes.h"
+
+#include <array>
+
+namespace zq::library {
+
+namespace {
+
+constexpr std::array<uint8_t, 256> makeTable() {
+    std::array<uint8_t, 256> table{};
+    for (int c = 'A'; c <= 'Z'; ++c)
+        table[c] = kUpper;
+    for (int c = 'a'; c <= 'z'; ++c)
+        table[c] = kLower;
+    for (int c = '0'; c <= '9'; ++c)
+        table[c] = kDigit;
+    return table;
+}
+
+constexpr std::array<uint8_t, 256> kTable = makeTable();
+
+} // namespace
+
+uint8_t charClass(unsigned char c) { return kTable[c]; }
+
+} // namespace zq::library

@@ -1,0 +1,14 @@
+// The character class table: which bytes are upper-case letters, lower-case letters and
+// decimal digits. Only the ASCII letters are letters; bytes 128 to 255 belong to no class.
+#pragma once
+
+#include <cstdint>
+
+namespace zq::library {
+
+enum CharClass : uint8_t { kUpper = 1, kLower = 2, kDigit = 4 };
+
+// The class flags of a byte.
+uint8_t charClass(unsigned char c);
+
+} // namespace zq::library
