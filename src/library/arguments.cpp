@@ -4,6 +4,7 @@
 #include "zelqa/errors.h"
 #include "zelqa/values.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -30,6 +31,16 @@ pObj freshText(std::string_view bytes) {
     if (!bytes.empty())
         std::memcpy(t->payload.c, bytes.data(), bytes.size());
     return t;
+}
+
+void fillWithCopies(char *out, std::string_view unit, size_t total) {
+    size_t done = std::min(unit.size(), total);
+    std::memcpy(out, unit.data(), done);
+    while (done < total) {
+        size_t n = std::min(done, total - done);
+        std::memcpy(out + done, out, n);
+        done += n;
+    }
 }
 
 } // namespace zq::library

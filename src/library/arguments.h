@@ -52,4 +52,8 @@ pObj newText(int64_t n);
 // the ring may hand out (shield it).
 pObj freshText(std::string_view bytes);
 
+// Fills `total` bytes at out with copies of a non-empty unit, the last copy cut to fit.
+// Each step copies everything written so far, so the time is linear in total.
+void fillWithCopies(char *out, std::string_view unit, size_t total);
+
 } // namespace zq::library

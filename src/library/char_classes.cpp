@@ -1,7 +1,6 @@
 // The 256-entry character class table, built once at compile time.
 #include "library/char_classes.h"
 
-#include <array>
 
 namespace zq::library {
 
@@ -18,10 +17,8 @@ constexpr std::array<uint8_t, 256> makeTable() {
     return table;
 }
 
-constexpr std::array<uint8_t, 256> kTable = makeTable();
-
 } // namespace
 
-uint8_t charClass(unsigned char c) { return kTable[c]; }
+const std::array<uint8_t, 256> kCharClasses = makeTable();
 
 } // namespace zq::library

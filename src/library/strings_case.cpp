@@ -16,9 +16,10 @@ pObj convertCase(pObj text, uint8_t from, int shift) {
     std::string_view bytes = bufferOf(requireText(text));
     TemporaryShield keep(text);
     pObj result = newText(static_cast<int64_t>(bytes.size()));
-    for (size_t i = 0; i < bytes.size(); ++i) {
-        auto c = static_cast<unsigned char>(bytes[i]);
-        result->payload.c[i] = static_cast<char>(charClass(c) & from ? c + shift : c);
+    char *out = result->payload.c;
+    for (char byte : bytes) {
+        auto c = static_cast<unsigned char>(byte);
+        *out++ = static_cast<char>(charClass(c) & from ? c + shift : c);
     }
     return result;
 }

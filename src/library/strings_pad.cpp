@@ -12,19 +12,6 @@
 using namespace zq::library;
 using zq::runtime::TemporaryShield;
 
-namespace {
-
-// Fills `room` bytes at out with copies of a non-empty fill, the last one cut to fit.
-void fillRepeated(char *out, std::string_view fill, size_t room) {
-    for (size_t written = 0; written < room;) {
-        size_t n = std::min(fill.size(), room - written);
-        std::memcpy(out + written, fill.data(), n);
-        written += n;
-    }
-}
-
-} // namespace
-
 pObj __PadR(pObj text, pObj width, pObj fill) noexcept {
     std::string_view s = bufferOf(requireText(text));
     int32_t n = truncated(requireNumber(width));
@@ -37,7 +24,8 @@ pObj __PadR(pObj text, pObj width, pObj fill) noexcept {
     size_t total = with.empty() ? s.size() : static_cast<size_t>(n);
     pObj result = newText(static_cast<int64_t>(total));
     std::memcpy(result->payload.c, s.data(), s.size());
-    fillRepeated(result->payload.c + s.size(), with, total - s.size());
+    if (!with.empty())
+        fillWithCopies(result->payload.c + s.size(), with, total - s.size());
     return result;
 }
 
@@ -53,10 +41,10 @@ pObj __PadL(pObj text, pObj width, pObj fill) noexcept {
     int64_t copies = int64_t{truncated(n)} - static_cast<int64_t>(s.size());
     TemporaryShield keepText(text), keepFill(fill);
     pObj result = newText(copies * static_cast<int64_t>(with.size()) + static_cast<int64_t>(s.size()));
-    char *out = result->payload.c;
-    for (int64_t i = 0; i < copies; ++i, out += with.size())
-        std::memcpy(out, with.data(), with.size());
-    std::memcpy(out, s.data(), s.size());
+    auto filled = static_cast<size_t>(copies) * with.size();
+    if (filled)
+        fillWithCopies(result->payload.c, with, filled);
+    std::memcpy(result->payload.c + filled, s.data(), s.size());
     return result;
 }
 

@@ -1,12 +1,9 @@
 // Repetition: __Replicate (a fractional count rounds up) and __Space.
 //
-// The copies are made by doubling what is already written, so the time is linear in the
-// result's length.
 #include "library/arguments.h"
 #include "zelqa/errors.h"
 #include "zelqa/strings.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -25,13 +22,7 @@ pObj __Replicate(pObj text, pObj count) noexcept {
     auto total = static_cast<int64_t>(copies) * static_cast<int64_t>(s.size());
     TemporaryShield keep(text);
     pObj result = newText(total);
-    char *out = result->payload.c;
-    std::memcpy(out, s.data(), s.size());
-    for (int64_t done = static_cast<int64_t>(s.size()); done < total;) {
-        int64_t n = std::min(done, total - done);
-        std::memcpy(out + done, out, static_cast<size_t>(n));
-        done += n;
-    }
+    fillWithCopies(result->payload.c, s, static_cast<size_t>(total));
     return result;
 }
 
