@@ -33,13 +33,19 @@ inline double requireDate(pObj x) {
     return x->payload.d;
 }
 
+// The views below never have a null data pointer, so their bytes may go to memcpy as
+// they are, empty or not.
+
 // The text up to its first NUL, never past objLength - 1 bytes; no buffer reads as "".
-inline std::string_view textOf(pObj text) { return runtime::boundedTextOf(text); }
+inline std::string_view textOf(pObj text) {
+    std::string_view s = runtime::boundedTextOf(text);
+    return s.data() ? s : std::string_view("");
+}
 
 // All objLength - 1 bytes of a text's buffer, NULs included; no buffer reads as "".
 inline std::string_view bufferOf(pObj text) {
     if (!text->payload.c || text->objLength <= 1)
-        return {};
+        return std::string_view("");
     return {text->payload.c, static_cast<size_t>(text->objLength - 1)};
 }
 
