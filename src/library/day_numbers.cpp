@@ -2,6 +2,7 @@
 //
 // The arithmetic is the 32-bit one of the original runtime: a date before 30 December
 // 1899 becomes a very large day number, and the time stamp's odd offset is kept.
+#include "library/arguments.h"
 #include "library/day_tables.h"
 #include "runtime/context.h"
 #include "runtime/settings.h"
@@ -27,7 +28,7 @@ int32_t epochYear() {
         return 1940;
     if (epoch->payload.d < 1900)
         epoch = zq::runtime::storeSetting(kEpochSetting, __INIT_DOUBLE(1900.0));
-    return static_cast<int32_t>(epoch->payload.d);
+    return zq::library::truncated(epoch->payload.d);
 }
 
 // The date field as a 32-bit count, wrapping as 32-bit arithmetic does: the large day
