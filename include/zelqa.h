@@ -13,6 +13,8 @@
 #include "zelqa/storage.h"
 #include "zelqa/dates.h"
 #include "zelqa/strings.h"
+#include "zelqa/numbers.h"
+#include "zelqa/math.h"
 #include "zelqa/staging.h"
 #include "zelqa/program.h"
 

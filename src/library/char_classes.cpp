@@ -14,6 +14,10 @@ constexpr std::array<uint8_t, 256> makeTable() {
         table[c] = kLower;
     for (int c = '0'; c <= '9'; ++c)
         table[c] = kDigit;
+    for (int c = '!'; c <= '~'; ++c)
+        if (table[c] == 0)
+            table[c] = kPunct;
+    table[' '] = kBlank;
     return table;
 }
 

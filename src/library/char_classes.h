@@ -1,5 +1,6 @@
-// The character class table: which bytes are upper-case letters, lower-case letters and
-// decimal digits. Only the ASCII letters are letters; bytes 128 to 255 belong to no class.
+// The character class table: which bytes are upper-case letters, lower-case letters,
+// decimal digits, punctuation and the blank. Only ASCII bytes have classes; bytes 128 to
+// 255 belong to none.
 #pragma once
 
 #include <array>
@@ -7,7 +8,7 @@
 
 namespace zq::library {
 
-enum CharClass : uint8_t { kUpper = 1, kLower = 2, kDigit = 4 };
+enum CharClass : uint8_t { kUpper = 1, kLower = 2, kDigit = 4, kPunct = 16, kBlank = 128 };
 
 // The table itself, indexed by the byte taken as unsigned.
 extern const std::array<uint8_t, 256> kCharClasses;

@@ -6,6 +6,7 @@
 // gives 0 and no result is negative. Without such a byte, the rightmost separator is the
 // decimal one and every other separator is dropped: 1.234,56 and 1,234.56 are both 1234.56.
 #include "library/arguments.h"
+#include "library/text_value.h"
 #include "zelqa/strings.h"
 #include "zelqa/values.h"
 
@@ -38,7 +39,9 @@ double fractionValue(std::string_view digits) {
     return digitsValue(digits) / std::pow(10.0, static_cast<double>(std::max<size_t>(digits.size(), 1)));
 }
 
-double valueOf(std::string_view s) {
+} // namespace
+
+double zq::library::valueOfText(std::string_view s) {
     s = s.substr(0, std::min(s.find(' '), s.find('\0')));
     auto invalid = std::find_if(s.rbegin(), s.rend(), [](char c) { return !isDigit(c) && !isSeparator(c); });
     if (invalid != s.rend()) {
@@ -52,12 +55,10 @@ double valueOf(std::string_view s) {
     return digitsValue(s.substr(0, separator)) + fractionValue(s.substr(separator + 1));
 }
 
-} // namespace
-
 pObj __Val(pObj text) noexcept {
     if (!text)
         return nullptr;
     if (text->type != TYPE_CHAR)
         return text; // not a text: handed back as it is
-    return __INIT_DOUBLE(valueOf(bufferOf(text)));
+    return __INIT_DOUBLE(valueOfText(bufferOf(text)));
 }
