@@ -1,30 +1,16 @@
 // Dates and strings: operations per second of each string built-in on texts of 10, 100
 // and 10 000 bytes, and of __Ctod and __Dtoc. A built-in whose time grows with the square
 // of the text shows it as a falling rate per byte from 100 to 10 000 bytes.
+#include "rate.h"
 #include "zelqa.h"
 
-#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <string>
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-// Calls per second, measured over about a fifth of a second.
-double rate(const std::function<void()> &call) {
-    long calls = 0;
-    auto start = Clock::now();
-    double seconds = 0;
-    do {
-        for (int i = 0; i < 32; ++i)
-            call();
-        calls += 32;
-        seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    } while (seconds < 0.2);
-    return calls / seconds;
-}
+using zq::bench::rate;
 
 // A variable holding a text of n bytes: words, spaces and Latin-1 letters; every third
 // byte is 'a', so searches for "a" have many hits.

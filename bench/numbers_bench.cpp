@@ -1,28 +1,14 @@
 // Numbers and pictures: operations per second of __Str, __StrZero, NOROUND and __Transform
 // with the pictures business screens use most.
+#include "rate.h"
 #include "zelqa.h"
 
-#include <chrono>
 #include <cstdio>
 #include <functional>
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-// Calls per second, measured over about a fifth of a second.
-double rate(const std::function<void()> &call) {
-    long calls = 0;
-    auto start = Clock::now();
-    double seconds = 0;
-    do {
-        for (int i = 0; i < 32; ++i)
-            call();
-        calls += 32;
-        seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    } while (seconds < 0.2);
-    return calls / seconds;
-}
+using zq::bench::rate;
 
 pObj variable(pObj value) { return __SET_OBJECT(nullptr, value); }
 

@@ -1,8 +1,8 @@
 // The numeric built-ins: absolute value, roots, powers and logarithms, __Int with its
 // rounding to one decimal first, __FMOD, and the binary conversions, which are the identity.
 #include "library/arguments.h"
+#include "library/number_text.h"
 #include "zelqa/math.h"
-#include "zelqa/numbers.h"
 #include "zelqa/values.h"
 
 #include <cmath>
@@ -26,9 +26,8 @@ pObj __POW(pObj x, pObj y) noexcept {
 }
 
 pObj __Int(pObj x) noexcept {
-    requireNumber(x);
     // Rounded to one decimal first, so 2.96 is 3 while 2.94 is 2.
-    double r = __Round(x, __INIT_DOUBLE(1))->payload.d;
+    double r = roundTo(requireNumber(x), 1);
     return __INIT_DOUBLE(r <= 0 ? std::ceil(r) : std::floor(r));
 }
 

@@ -18,4 +18,8 @@ std::string formatDecimal(double x, int32_t decimals, bool round, char dc);
 
 inline constexpr int32_t kMaxDecimals = 32766;
 
+// x rounded to `decimals` places: up when the fraction reaches 0.49999999999999, with the
+// sign of x.
+double roundTo(double x, int32_t decimals);
+
 } // namespace zq::library

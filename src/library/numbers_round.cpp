@@ -14,15 +14,19 @@
 
 using namespace zq::library;
 
-pObj __Round(pObj number, pObj decimals) noexcept {
-    double x = requireNumber(number);
-    double p = std::pow(10.0, static_cast<double>(truncated(requireNumber(decimals))));
+double zq::library::roundTo(double x, int32_t decimals) {
+    double p = std::pow(10.0, static_cast<double>(decimals));
     double whole = 0;
     double fraction = std::modf(std::fabs(x) * p, &whole);
     if (fraction >= 0.49999999999999)
         whole += 1;
     double result = whole / p;
-    return __INIT_DOUBLE(x < 0 ? -result : result);
+    return x < 0 ? -result : result;
+}
+
+pObj __Round(pObj number, pObj decimals) noexcept {
+    double x = requireNumber(number);
+    return __INIT_DOUBLE(roundTo(x, truncated(requireNumber(decimals))));
 }
 
 pObj NOROUND(pObj number, pObj decimals) noexcept {

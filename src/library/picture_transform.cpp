@@ -44,7 +44,7 @@ std::string finish(std::string_view text) {
 // A finished text as a fresh value; one too long to hold gives NIL.
 pObj finished(std::string_view text) {
     std::string out = finish(text);
-    if (out.size() >= INT16_MAX - 1)
+    if (out.size() >= INT16_MAX)
         return __INIT_NIL();
     return freshText(out);
 }

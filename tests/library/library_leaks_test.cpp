@@ -1,5 +1,5 @@
-// Every date and string built-in over a few thousand random texts: the run ends with the
-// allocation balance it started with.
+// Every built-in of the function library over a few thousand random texts: the run ends
+// with the allocation balance it started with.
 #include "library/library_support.h"
 #include "runtime/memory.h"
 #include "support/unattended.h"
@@ -38,6 +38,13 @@ void everyBuiltIn(std::mt19937 &rng) {
     __Year(day), __JulianDate(day), __GenTMS(day), __ElapTime(s, u), __Time(), __Seconds(), __Date();
     if (rng() % 50 == 0)
         __Set_DateFormat(rng() % 2 ? text("dd/mm/yyyy") : u);
+    static const char *pictures[] = {"@E 999,999.99", "@R 999-AX!", "@!", "@D", "@E 9.9999", "999"};
+    pObj picture = text(pictures[rng() % 6]);
+    __Str(n, m, m), __StrZero(n, nullptr, m), __Round(n, m), NOROUND(n, m);
+    __Transform(s, picture), __Transform(n, picture), __Transform(day, picture), __Transform(s, u);
+    __Abs(n), __Sqrt(n), __Exp(m), __Log(n), __Log_10(n), __POW(n, m), __Int(n), __Bin2I(s);
+    __Len(s), __Type(s), __Empty(s), __Max(n, m), __Min(day, day), __If(1, s, u);
+    __IsAlpha(s), __IsDigit(s), __IsUpper(s), __IsLower(s), __IsPrint(s), __ValidCPF(s), __ValidCGC(s);
 }
 
 TEST(LibraryLeaks, ARandomRunEndsWithTheBalanceItStartedWith) {
