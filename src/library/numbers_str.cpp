@@ -4,6 +4,8 @@
 #include "library/number_text.h"
 #include "zelqa/numbers.h"
 
+#include <algorithm>
+#include <cstring>
 #include <string>
 
 using namespace zq::library;
@@ -28,8 +30,11 @@ int32_t decimalsArgument(pObj dec) {
 
 // The text behind copies of fill up to the width; a wider text is kept whole.
 pObj padLeft(const std::string &text, int32_t width, char fill) {
-    size_t missing = static_cast<size_t>(width) > text.size() ? static_cast<size_t>(width) - text.size() : 0;
-    return freshText(std::string(missing, fill) + text);
+    size_t total = std::max(static_cast<size_t>(std::max(width, 0)), text.size());
+    pObj result = newText(static_cast<int64_t>(total)); // "LOW MEMORY!" past what a text holds
+    std::memset(result->payload.c, fill, total - text.size());
+    std::memcpy(result->payload.c + total - text.size(), text.data(), text.size());
+    return result;
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 // input places of the picture of a user-interface object.
 #include "library/arguments.h"
 #include "library/picture.h"
-#include "runtime/context.h"
 #include "zelqa/numbers.h"
 #include "zelqa/values.h"
 

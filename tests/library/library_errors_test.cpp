@@ -105,6 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedCall{"StrZeroDate", [] { __StrZero(aDate(), nullptr, nullptr); }, kArg},
         RefusedCall{"StrZeroTextDecimals", [] { __StrZero(aNumber(), nullptr, aText()); }, kArg},
         RefusedCall{"StrTooManyDecimals", [] { __Str(aNumber(), nullptr, num(40000)); }, kMemory},
+        RefusedCall{"StrTooWide", [] { __Str(aNumber(), num(1e9), nullptr); }, kMemory},
         RefusedCall{"RoundText", [] { __Round(aText(), aNumber()); }, kArg},
         RefusedCall{"RoundNullDecimals", [] { __Round(aNumber(), nullptr); }, kArg},
         RefusedCall{"NoRoundText", [] { NOROUND(aNumber(), aText()); }, kArg},
