@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zq::platform {
 
@@ -70,6 +71,15 @@ private:
 
 // Maps the first size bytes of the file, extending the file to that size when shorter.
 Mapping mapFile(const File &file, uint32_t size, MapStatus &status);
+
+// Opens, making it when missing, a file that only one process at a time can hold: invalid
+// while another process holds it. Held until the owner closes it or the process ends,
+// however it ends.
+File openExclusive(const std::string &path);
+
+// The names of the regular files in a directory, in no particular order; empty when the
+// directory cannot be read.
+std::vector<std::string> listFiles(const std::string &directory);
 
 bool fileExists(const std::string &path);
 bool deleteFile(const std::string &path);

@@ -3,10 +3,14 @@
 
 #include "platform/files.h"
 #include "platform/process.h"
+#include "platform/processes.h"
+#include "storage/catalog_recovery.h"
 #include "runtime/raise.h"
 #include "storage/state.h"
 
+#include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <new>
 
 namespace zq::storage {
@@ -20,7 +24,7 @@ bool entryFits(uint32_t offset) {
 // The backup is a byte copy of the catalog's whole mapped extent.
 void writeBackup() {
     FileView &catalog = *state().catalog;
-    std::unique_ptr<FileView> backup = openView("catalog.bck");
+    std::unique_ptr<FileView> backup = openView(kBackupName);
     if (backup->mapSize() != catalog.mapSize())
         remapView(*backup, catalog.mapSize());
     std::memcpy(backup->base(), catalog.base(), catalog.mapSize());
@@ -37,6 +41,24 @@ void freeTables() {
             delete static_cast<HandleRecord *>(s.handles[i]);
     s.open.reset();
     s.handles.reset();
+}
+
+// Storage belongs to one process at a time: another one holding it is waited for a
+// little, then refused with the failure path.
+void takeStorageLock() {
+    StorageState &s = state();
+    std::string path = storagePath(kLockName);
+    for (uint32_t waited = 0;; waited += kLockPollMs) {
+        s.lock = platform::openExclusive(path);
+        if (s.lock.valid())
+            return;
+        if (waited >= kLockWaitMs)
+            break;
+        platform::sleepMilliseconds(kLockPollMs);
+    }
+    freeTables();
+    alert("DB em uso por outro programa: " + s.directory);
+    runtime::raiseError(ZQ_ERR_LOW_MEMORY);
 }
 
 } // namespace
@@ -95,6 +117,24 @@ uint32_t placeEntry(std::string_view name) {
     return c.cursor;
 }
 
+CatalogEntry makeEntry(std::string_view name, uint32_t type, uint32_t creator) {
+    CatalogEntry entry{};
+    std::memcpy(entry.name, name.data(), std::min<size_t>(name.size(), kNameSize - 1));
+    platform::LocalTime now = platform::localTime();
+    std::memcpy(&entry.created, &now, sizeof entry.created);
+    entry.modified = entry.created;
+    entry.type = type;
+    entry.creator = creator;
+    return entry;
+}
+
+void addEntry(const CatalogEntry &entry) {
+    uint32_t place = placeEntry(std::string_view(entry.name, strnlen(entry.name, kNameSize)));
+    writeEntry(place, entry, kEntrySize - sizeof entry.reserved);
+    state().catalog->cursor = place + kEntrySize;
+    flushCatalog();
+}
+
 void flushCatalog() { flushView(*state().catalog); }
 
 bool ensureStarted() { return state().started || StorageStart() == dmErrNone; }
@@ -117,17 +157,27 @@ Err StorageStart(void) noexcept {
         trace("falhou 2");
         zq::runtime::raiseError(ZQ_ERR_LOW_MEMORY);
     }
-    std::string dir = zq::platform::programDirectory() + zq::platform::directorySeparator() + "DB";
-    std::snprintf(s.directory, sizeof s.directory, "%s", dir.c_str());
+    std::string program = zq::platform::programDirectory();
+    // Paths are never cut: a cut one would put the data in another directory.
+    if (program.size() > kMaxProgramDir) {
+        alert("Caminho muito grande: " + program);
+        zq::runtime::raiseError(ZQ_ERR_LOW_MEMORY);
+    }
+    s.directory = program + zq::platform::directorySeparator() + "DB";
     zq::platform::createDirectory(s.directory);
+    takeStorageLock();
     s.started = true;
-    s.catalog = openView("catalog.plm");
+    bool recovered = restoreCatalogFile();
+    s.catalog = openView(kCatalogName);
     if (!s.catalog) {
-        alert(std::string("falhou mapeamento ") + "catalog.plm" + " ...");
+        alert(std::string("falhou mapeamento ") + kCatalogName + " ...");
         s.started = false;
         freeTables();
+        s.lock.close();
         return dmErrCatalogMapping;
     }
+    if (recovered)
+        adoptDatabaseFiles();
     return dmErrNone;
 }
 
@@ -139,6 +189,7 @@ void StorageClose(void) noexcept {
     }
     freeTables();
     closeView(s.catalog);
+    s.lock.close();
     if (s.trace)
         std::fclose(s.trace);
     s.trace = nullptr;

@@ -21,6 +21,12 @@ uint32_t findEntry(std::string_view name);
 // zero-filled one appended to the catalog.
 uint32_t placeEntry(std::string_view name);
 
+// A new entry: name, zero attributes, version, backup date and modification number, both
+// times from the local clock, and the codes.
+CatalogEntry makeEntry(std::string_view name, uint32_t type, uint32_t creator);
+// Writes a new entry at its place (placeEntry) and flushes the catalog.
+void addEntry(const CatalogEntry &entry);
+
 void flushCatalog();
 
 } // namespace zq::storage

@@ -7,6 +7,7 @@
 #include "storage/catalog.h"
 #include "storage/handles.h"
 #include "storage/offset_index.h"
+#include "storage/records.h"
 
 #include <cstring>
 #include <string>
@@ -44,6 +45,24 @@ void deleteFiles(const std::string &name) {
     platform::deleteFile(storagePath(name));
     platform::deleteFile(storagePath(name + "_OS"));
     platform::deleteFile(storagePath(name + "_Temp"));
+}
+
+// A file of this name that the catalog does not know: a leftover of a creation or a
+// removal that never finished is deleted, but one that holds records is kept aside as
+// "<name>.orphan", so that no data goes because an entry did.
+void clearStrayFiles(const std::string &name) {
+    std::string path = storagePath(name);
+    DatabaseHeader h{};
+    platform::File file = platform::openFile(path, platform::FileOpen::Existing);
+    bool holdsData = file.valid() && platform::readFileStart(file, &h, kHeaderSize) && h.format == 2 &&
+                     h.used > kHeaderSize + h.appInfoSize && h.count > 0;
+    file.close();
+    if (holdsData) {
+        platform::deleteFile(path + ".orphan");
+        if (platform::moveFile(path, path + ".orphan"))
+            trace((name + " fora do catalogo: guardado como " + name + ".orphan").c_str());
+    }
+    deleteFiles(name);
 }
 
 } // namespace
@@ -104,21 +123,10 @@ Err DmCreateDatabase(uint16_t card, const char *name, uint32_t creator, uint32_t
         return dmErrAlreadyExists;
     std::string fileName(name);
     std::string path = storagePath(fileName);
-    // Files the catalog does not know are leftovers: a stale index would be believed.
-    deleteFiles(fileName);
-
-    CatalogEntry entry{};
-    std::memcpy(entry.name, fileName.data(), fileName.size());
-    zq::platform::LocalTime now = zq::platform::localTime();
-    std::memcpy(&entry.created, &now, sizeof entry.created);
-    entry.modified = entry.created;
-    entry.type = type;
-    entry.creator = creator;
+    clearStrayFiles(fileName);
     DatabaseHeader header{};
     header.format = 2;
     header.kind = kindForType(type);
-
-    uint32_t place = placeEntry(fileName);
     {
         zq::platform::File file = zq::platform::openFile(path, zq::platform::FileOpen::CreateNew);
         if (!file.valid())
@@ -128,9 +136,7 @@ Err DmCreateDatabase(uint16_t card, const char *name, uint32_t creator, uint32_t
     }
     // The entry is written only once its file exists: a crash in between leaves a stray
     // file, which the next creation of that name removes.
-    writeEntry(place, entry, kEntrySize - sizeof entry.reserved);
-    state().catalog->cursor = place + kEntrySize;
-    flushCatalog();
+    addEntry(makeEntry(fileName, type, creator));
     return dmErrNone;
 }
 
@@ -138,11 +144,14 @@ Err DmDeleteDatabase(uint16_t, LocalID id) noexcept {
     DmOpenDB *db = databaseOfId(id);
     if (!db)
         return dmErrBadArgument;
-    clearEntry(db->catalogOffset);
+    // Files first: a removal cut short leaves an entry without its file, which the next
+    // find frees, never a file that a later creation would take for a leftover.
     std::string name = db->name;
+    uint32_t entry = db->catalogOffset;
     state().open[id - 1] = nullptr;
     freeDatabase(db);
     deleteFiles(name);
+    clearEntry(entry);
     flushCatalog();
     return dmErrNone;
 }
@@ -166,6 +175,8 @@ DmOpenRef DmOpenDatabase(uint16_t, LocalID id) noexcept {
         zq::runtime::raiseError(ZQ_ERR_ARGUMENT);
     }
     loadAppInfo(db);
+    if (h.kind != 'V')
+        fitFixedStrideCount(db);
     if (h.kind == 'V' && !db->index) {
         db->index = openView(std::string(db->name) + "_OS");
         checkIndexAtOpen(db);

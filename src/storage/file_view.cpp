@@ -6,6 +6,7 @@
 #include "storage/state.h"
 #include "zelqa/boxes.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace zq::storage {
@@ -78,26 +79,22 @@ std::unique_ptr<FileView> openView(std::string_view name) {
     int64_t fileSize = 0;
     DatabaseHeader h{};
     readHeader(path, view->name, fileSize, h);
-    bool rewrite = false;
-    uint32_t capacity = kMapStep, used = 1;
-    if (fileSize == 0) {
-        rewrite = true;
-    } else {
-        if (fileSize < kMapStep) {
-            fileSize = kMapStep;
-            rewrite = true;
-        }
+    uint32_t real = uint32_t(fileSize);
+    // The file's size is its capacity: the header's figure is only believed when it says
+    // the same, so a damaged one can neither map a huge file nor hide the file's tail.
+    uint32_t capacity = std::max(real, kMapStep);
+    uint32_t used = 1;
+    if (real > 0) {
         used = h.used ? h.used : kHeaderSize;
-        // A capacity that cannot describe this file is replaced by the file's size.
-        capacity = h.capacity >= kHeaderSize && h.capacity < kMaxFileSize ? h.capacity : uint32_t(fileSize);
-        if (used > capacity) {
-            used = capacity;
-            rewrite = true;
-        }
+        // A record is only what the file really holds: a cut file keeps no invented tail.
+        if (used != 1)
+            used = std::clamp(used, kHeaderSize, std::max(real, kHeaderSize));
     }
+    bool rewrite = real == 0 || h.capacity != capacity || h.used != used;
     uint32_t size = mappingSize(capacity);
     mapAt(*view, path, size);
-    DatabaseHeader mapped = view->header();
+    view->extent = real;
+    DatabaseHeader mapped = real >= kHeaderSize ? view->header() : DatabaseHeader{};
     mapped.capacity = size;
     view->setHeader(mapped);
     view->map.flush(0, kHeaderSize);
@@ -131,22 +128,25 @@ void growView(FileView &view, int64_t n) {
     uint32_t oldUsed = h.used == 1 ? 0 : h.used;
     uint64_t wanted = uint64_t(oldUsed) + uint64_t(n);
     view.cursor = oldUsed;
-    if (wanted >= kMaxFileSize)
-        failMapping(platform::MapStatus::MappingFailed, view.name, uint32_t(wanted));
     if (h.capacity > wanted) {
         h.used = uint32_t(wanted);
         writeHeader(view, h);
         return;
     }
+    uint64_t capacity = uint64_t(h.capacity) + growthStep(view.growCount + 1);
+    if (wanted > capacity)
+        capacity = wanted + kMapStep;
+    if (capacity >= kMaxFileSize)
+        capacity = wanted + 1; // the last room below the limit, without a spare step
+    if (capacity >= kMaxFileSize)
+        failMapping(platform::MapStatus::MappingFailed, view.name, uint32_t(std::min<uint64_t>(wanted, UINT32_MAX)));
+    capacity = mappingSize(uint32_t(capacity));
     view.map.flush(0, view.mapSize());
     ++view.growCount;
-    uint32_t capacity = h.capacity + growthStep(view.growCount);
-    if (wanted > capacity)
-        capacity = uint32_t(wanted) + kMapStep;
-    capacity = mappingSize(capacity);
-    remapView(view, capacity);
+    remapView(view, uint32_t(capacity));
+    view.extent = uint32_t(capacity);
     h = view.header();
-    h.capacity = capacity;
+    h.capacity = uint32_t(capacity);
     h.used = uint32_t(wanted);
     view.setHeader(h);
     view.map.flush(0, kHeaderSize);

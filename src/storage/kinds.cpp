@@ -101,10 +101,8 @@ void WriteRecordBuffer(DmOpenRef db, const void *src, uint32_t length, uint32_t 
         h = DmQueryRecord(db, at);
         if (!h)
             return;
-        uint32_t size = MemHandleSize(h);
-        if (size > length)
-            length = size; // the whole record is overwritten from the caller's buffer
-        else if (size < length)
+        // The record becomes exactly the caller's bytes: never more is read from the buffer.
+        if (MemHandleSize(h) != length)
             DmResizeRecord(h, length);
     }
     void *data = MemHandleLock(h);

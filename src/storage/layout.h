@@ -22,6 +22,13 @@ inline constexpr uint32_t kMaxFileName = 128;        // storage file names are s
 inline constexpr uint32_t kOpenSlots = 5120;         // open-database table (plus one spare slot)
 inline constexpr uint32_t kHandleSlots = 7168;       // handle table
 inline constexpr uint32_t kSlackCheck = 128;         // bytes behind the used size that must be zero
+inline constexpr uint32_t kMaxProgramDir = 128;      // longest program directory storage accepts
+inline constexpr uint32_t kLockWaitMs = 3000;        // how long a start waits for another process's storage
+inline constexpr uint32_t kLockPollMs = 50;
+
+inline constexpr char kCatalogName[] = "catalog.plm";
+inline constexpr char kBackupName[] = "catalog.bck";
+inline constexpr char kLockName[] = "catalog.lck";      // held by the process that has storage open
 
 inline constexpr uint8_t kAttrDeleted = 0x80;
 inline constexpr uint8_t kAttrDirty = 0x40;
@@ -83,10 +90,12 @@ template <class T> T load(const uint8_t *at) {
 template <class T> void store(uint8_t *at, const T &value) { std::memcpy(at, &value, sizeof value); }
 
 // The mapping size for a capacity: the remainder of a division by kMapStep is added, not
-// rounded up, so 16000 maps 16640 bytes. Files made that way keep opening the same.
+// rounded up, so 16000 maps 16640 bytes. Files made that way keep opening the same. The
+// remainder is left off where it would take the file to kMaxFileSize, which no open
+// accepts.
 inline uint32_t mappingSize(uint32_t capacity) {
     uint32_t rest = capacity % kMapStep;
-    return rest ? capacity + rest : capacity;
+    return rest && uint64_t(capacity) + rest < kMaxFileSize ? capacity + rest : capacity;
 }
 
 // The header kind byte for a database type code.

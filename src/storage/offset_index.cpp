@@ -44,14 +44,15 @@ void cutOversize(uint8_t *base, uint64_t offset, uint64_t limit) {
 }
 
 // True when every entry points at a plausible record and each follows the one before.
+// Only reads: what an entry points at is not known to be a record, so nothing there is
+// repaired; a disagreement is settled by the walk of the main file.
 bool indexAgrees(DmOpenDB *db, uint32_t count) {
     FileView &v = indexView(db);
-    uint8_t *base = db->main->base();
+    const uint8_t *base = db->main->base();
     uint64_t expected = recordsStart(headerOf(db));
     uint32_t used = db->main->used();
     for (uint32_t i = 0; i < count; ++i) {
         uint32_t offset = load<uint32_t>(v.base() + kHeaderSize + 4 * i);
-        cutOversize(base, offset, used);
         if (offset != expected || !plausibleRecord(base, offset, used))
             return false;
         expected = offset + kRecordHeaderSize + load<RecordHeader>(base + offset).capacity;
@@ -122,7 +123,7 @@ void rebuildIndex(DmOpenDB *db) {
     FileView &main = *db->main;
     DatabaseHeader h = main.header();
     uint8_t *base = main.base();
-    uint64_t limit = main.mapSize();
+    uint64_t limit = main.walkLimit();
     uint64_t at = recordsStart(h);
     // A data area that begins with an uncommitted-looking header may start 8 bytes on.
     if (!plausibleRecord(base, at, limit) && plausibleRecord(base, at + kRecordHeaderSize, limit))
@@ -160,17 +161,18 @@ void rebuildIndex(DmOpenDB *db) {
 void checkIndexAtOpen(DmOpenDB *db) {
     FileView &main = *db->main;
     FileView &v = indexView(db);
-    startIndex(v);
     DatabaseHeader h = main.header();
-    if (h.count == 0 && v.used() == kHeaderSize) {
+    if (h.count == 0 && entryCount(v) == 0) {
         // Bytes behind an empty database's data are an append that never committed,
-        // or one that committed without its count: the walk tells which.
+        // or one that committed without its count: the walk tells which. An index made
+        // just now stays as every new view is until its first entry.
         if (h.used > recordsStart(h))
             rebuildIndex(db);
         return;
     }
-    bool rebuild = slackIsDirty(main) || uint64_t(v.used()) < kHeaderSize + 4ull * h.count ||
-                   v.used() != kHeaderSize + 4ull * h.count;
+    // Every record takes at least its header: a count the data cannot hold is damage.
+    bool countFits = uint64_t(h.count) * kRecordHeaderSize <= main.used() - uint64_t(recordsStart(h));
+    bool rebuild = !countFits || slackIsDirty(main) || v.used() != kHeaderSize + 4ull * h.count;
     if (!rebuild && h.count) {
         uint32_t last = entries(v)[h.count - 1];
         if (last > h.used) {

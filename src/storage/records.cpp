@@ -102,6 +102,19 @@ void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n) {
     flushRange(v, offset, oldUsed - offset);
 }
 
+void fitFixedStrideCount(DmOpenDB *db) {
+    DatabaseHeader h = headerOf(db);
+    uint32_t start = recordsStart(h);
+    uint64_t room = h.used > start ? h.used - start : 0;
+    uint64_t fits = 0;
+    if (room >= kRecordHeaderSize)
+        fits = room / (load<RecordHeader>(db->main->base() + start).size + kRecordHeaderSize);
+    if (h.count <= fits)
+        return;
+    h.count = uint32_t(fits);
+    setHeaderOf(db, h);
+}
+
 void commitCurrent(DmOpenDB *db, bool dirtyFlag) {
     HandleRecord *r = slotRecord(db->current);
     if (!r || r->owner != db || r->bare || !(r->dirty || r->isNew))

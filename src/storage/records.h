@@ -22,6 +22,10 @@ void openGap(DmOpenDB *db, uint32_t offset, uint32_t n);
 // Removes n bytes at offset, moving what follows down; the index is the caller's.
 void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n);
 
+// Cuts a fixed-stride database's record count to what its data can hold, so that no
+// count read from the file bounds a loop beyond the file.
+void fitFixedStrideCount(DmOpenDB *db);
+
 // Commits the database's current handle when it is new or dirty.
 void commitCurrent(DmOpenDB *db, bool dirtyFlag);
 

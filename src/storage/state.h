@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
 
 namespace zq::storage {
 
@@ -31,7 +32,8 @@ struct StorageState {
     std::unique_ptr<DmOpenDB *[]> open;       // kOpenSlots + 1 spare slot
     std::unique_ptr<void *[]> handles;        // kHandleSlots, each null or a HandleRecord
     std::FILE *trace = nullptr;               // saida.txt
-    char directory[512] = {};                 // storage directory, no trailing separator
+    std::string directory;                    // storage directory, no trailing separator
+    platform::File lock;                      // catalog.lck, held while storage is open
 };
 
 StorageState &state();

@@ -42,10 +42,10 @@ TEST_F(KindsTest, OpenDeleteAndRecordBuffers) {
     EXPECT_EQ(std::string(buffer, 4), "0123");
     EXPECT_EQ(ReadRecordBuffer(db, 0, buffer, 20), 10u);
     EXPECT_EQ(ReadRecordBuffer(db, 2, buffer, 0), 0u);
-    // A shorter write over a longer record takes the record's whole size from the source.
+    // A shorter write over a longer record makes the record exactly the bytes given.
     index = 0;
     WriteRecordBuffer(db, "ABCDEFGHIJKL", 3, &index);
-    EXPECT_EQ(recordText(db, 0), "ABCDEFGHIJ");
+    EXPECT_EQ(recordText(db, 0), "ABC");
     index = 1;
     WriteRecordBuffer(db, "xyz+more", 8, &index);
     EXPECT_EQ(recordText(db, 1), "xyz+more");

@@ -6,7 +6,9 @@
 
 #include <cerrno>
 #include <ctime>
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -103,6 +105,31 @@ int Mapping::close() {
     size_ = 0;
     mapping_ = -1;
     return rc;
+}
+
+File openExclusive(const std::string &path) {
+    int d = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (d < 0)
+        return File();
+    File file(d);
+    // flock, not fcntl: a lock that closing another descriptor of the file cannot drop.
+    if (flock(d, LOCK_EX | LOCK_NB) != 0)
+        return File();
+    return file;
+}
+
+std::vector<std::string> listFiles(const std::string &directory) {
+    std::vector<std::string> names;
+    DIR *dir = opendir(directory.c_str());
+    if (!dir)
+        return names;
+    while (const dirent *entry = readdir(dir)) {
+        std::string name = entry->d_name;
+        if (fileExists(directory + '/' + name))
+            names.push_back(name);
+    }
+    closedir(dir);
+    return names;
 }
 
 bool fileExists(const std::string &path) {
