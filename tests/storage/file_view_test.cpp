@@ -35,9 +35,15 @@ TEST_F(FileViewTest, OpeningSizesFilesByTheirHeaderAndTheMappingRule) {
     std::vector<uint8_t> wild(15360, 0);
     wild[15] = 0x7F; // capacity far beyond the file: the file's size stands in
     wild[16] = 20;
+    std::vector<uint8_t> nearLimit = wild;
+    nearLimit[12] = 0x00, nearLimit[13] = 0xF0, nearLimit[14] = 0xFF, nearLimit[15] = 0x0F; // just below the limit
+    std::vector<uint8_t> cut(16000, 0);
+    cut[12] = 0x00, cut[13] = 0x78; // capacity 30720, used 30000: the file lost its tail
+    cut[16] = 0x30, cut[17] = 0x75;
     for (const Case &c : {Case{"fresh", {}, 15360, 1}, Case{"small", small, 15360, 60},
                           Case{"odd", odd, 24640, 40}, Case{"over", over, 15360, 15360},
-                          Case{"wild", wild, 15360, 20}}) {
+                          Case{"wild", wild, 15360, 20}, Case{"near limit", nearLimit, 15360, 20},
+                          Case{"cut", cut, 16640, 16000}}) {
         if (!c.bytes.empty())
             writeBytes(c.name, c.bytes);
         auto view = zq::storage::openView(c.name);
@@ -47,6 +53,12 @@ TEST_F(FileViewTest, OpeningSizesFilesByTheirHeaderAndTheMappingRule) {
         EXPECT_EQ(readU32(file, 12), c.mapped) << c.name;
         EXPECT_EQ(readU32(file, 16), c.used) << c.name;
     }
+}
+
+TEST(MappingSize, AddsTheRemainderOnlyBelowTheSizeLimit) {
+    EXPECT_EQ(zq::storage::mappingSize(30720), 30720u);
+    EXPECT_EQ(zq::storage::mappingSize(16000), 16640u);
+    EXPECT_EQ(zq::storage::mappingSize(0x0FFFF000), 0x0FFFF000u); // with its remainder it would reach the limit
 }
 
 TEST_F(FileViewTest, GrowthTakesLargerStepsAndKeepsTheBytes) {
