@@ -4,6 +4,7 @@
 #include "runtime/raise.h"
 #include "storage/database.h"
 #include "storage/handles.h"
+#include "storage/move_journal.h"
 #include "storage/offset_index.h"
 #include "storage/records.h"
 
@@ -39,10 +40,11 @@ void commitAppInfo(HandleRecord &r) {
     uint32_t size = std::min(r.size, r.capacity);
     DatabaseHeader h = headerOf(db);
     uint32_t old = h.appInfoSize;
+    bool moved = false;
     if (r.fileOffset != kHeaderSize) {
         // A block made elsewhere moves to offset 20; the records move up when it is larger.
         if (size > old)
-            openGap(db, kHeaderSize + old, size - old);
+            moved = openGap(db, kHeaderSize + old, size - old);
         uint32_t from = r.fileOffset + (size > old ? size - old : 0);
         std::memmove(db->main->base() + kHeaderSize, db->main->base() + from, size);
         removeBytes(db, from, r.capacity);
@@ -56,6 +58,8 @@ void commitAppInfo(HandleRecord &r) {
     h.appInfoSize = std::max(old, size);
     setHeaderOf(db, h);
     flushRange(*db->main, 0, kHeaderSize + h.appInfoSize);
+    if (moved)
+        endMove(db);
     for (uint32_t i = 0; i < kHandleSlots; ++i)
         if (slotRecord(int32_t(i)) == &r) {
             freeHandle(int32_t(i));

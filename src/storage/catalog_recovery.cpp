@@ -53,7 +53,7 @@ bool endsWith(std::string_view text, std::string_view tail) {
 
 // A database file made by creation: its header says so and has room for what it claims.
 bool isDatabaseFile(const std::string &name, DatabaseHeader &h) {
-    if (endsWith(name, "_OS") || endsWith(name, "_Temp") || !fitForFileName(name.c_str()))
+    if (endsWith(name, "_OS") || endsWith(name, "_Temp") || endsWith(name, "_Jn") || !fitForFileName(name.c_str()))
         return false;
     platform::File file = platform::openFile(storagePath(name), platform::FileOpen::Existing);
     if (!file.valid() || platform::fileSize(file) < kHeaderSize || !platform::readFileStart(file, &h, kHeaderSize))

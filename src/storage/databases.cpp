@@ -6,6 +6,7 @@
 #include "storage/app_info.h"
 #include "storage/catalog.h"
 #include "storage/handles.h"
+#include "storage/move_journal.h"
 #include "storage/offset_index.h"
 #include "storage/records.h"
 
@@ -45,6 +46,7 @@ void deleteFiles(const std::string &name) {
     platform::deleteFile(storagePath(name));
     platform::deleteFile(storagePath(name + "_OS"));
     platform::deleteFile(storagePath(name + "_Temp"));
+    platform::deleteFile(storagePath(name + "_Jn"));
 }
 
 // A file of this name that the catalog does not know: a leftover of a creation or a
@@ -167,6 +169,7 @@ DmOpenRef DmOpenDatabase(uint16_t, LocalID id) noexcept {
             return nullptr;
         }
         db->main = openView(db->name);
+        undoInterruptedMove(db);
     }
     DatabaseHeader h = headerOf(db);
     if (h.used < kHeaderSize || uint64_t(kHeaderSize) + h.appInfoSize > h.used) {

@@ -7,6 +7,7 @@
 
 #include "runtime/raise.h"
 #include "storage/handles.h"
+#include "storage/move_journal.h"
 #include "storage/offset_index.h"
 
 #include <algorithm>
@@ -68,13 +69,14 @@ bool readRecordHeader(DmOpenDB *db, uint32_t offset, RecordHeader &rh) {
     return true;
 }
 
-void openGap(DmOpenDB *db, uint32_t offset, uint32_t n) {
+bool openGap(DmOpenDB *db, uint32_t offset, uint32_t n) {
     FileView &v = *db->main;
     uint32_t oldUsed = v.used() == 1 ? 0 : v.used();
-    if (offset > oldUsed) {
+    if (offset >= oldUsed) {
         growView(v, int64_t(offset) + n - oldUsed);
-        return;
+        return false;
     }
+    beginMove(db, offset);
     growView(v, n);
     uint8_t *base = v.base();
     std::memmove(base + offset + n, base + offset, oldUsed - offset);
@@ -85,6 +87,7 @@ void openGap(DmOpenDB *db, uint32_t offset, uint32_t n) {
     flushRange(v, offset, h.used - offset);
     if (isVariable(db) && db->index)
         shiftIndexEntries(db, offset, n);
+    return true;
 }
 
 void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n) {
@@ -93,6 +96,7 @@ void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n) {
     if (offset >= h.used)
         return;
     n = std::min(n, h.used - offset);
+    beginMove(db, offset);
     uint8_t *base = v.base();
     std::memmove(base + offset, base + offset + n, h.used - offset - n);
     std::memset(base + h.used - n, 0, n);
@@ -100,6 +104,7 @@ void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n) {
     h.used = std::max(h.used - n, kHeaderSize);
     writeHeader(v, h);
     flushRange(v, offset, oldUsed - offset);
+    endMove(db);
 }
 
 void fitFixedStrideCount(DmOpenDB *db) {
@@ -134,7 +139,9 @@ void commitCurrent(DmOpenDB *db, bool dirtyFlag) {
     // count, which the next open rebuilds.
     if (r->isNew && isVariable(db))
         insertIndexEntry(db, r->index, offset);
-    r->isNew = r->dirty = r->resized = false;
+    if (r->holdsMove)
+        endMove(db); // the inserted record is whole: a walk now passes it
+    r->isNew = r->dirty = r->resized = r->holdsMove = false;
 }
 
 } // namespace zq::storage
@@ -203,11 +210,12 @@ MemHandle DmNewRecord(DmOpenRef db, uint32_t *index, uint32_t size) noexcept {
     bool append = wanted >= h.count;
     uint32_t bytes = size + kRecordHeaderSize;
     uint32_t offset;
+    bool moved = false;
     if (append) {
         offset = appendSpace(db, bytes);
     } else {
         offset = recordOffset(db, wanted, h.kind == 'V' ? 0 : size);
-        openGap(db, offset, bytes);
+        moved = openGap(db, offset, bytes);
     }
     uint8_t *at = db->main->base() + offset;
     std::memset(at, 0, bytes);
@@ -217,6 +225,7 @@ MemHandle DmNewRecord(DmOpenRef db, uint32_t *index, uint32_t size) noexcept {
     r.size = r.capacity = size;
     r.fileOffset = offset;
     r.isNew = true;
+    r.holdsMove = moved;
     if (index)
         *index = r.index;
     return slotHandle(slot);
@@ -231,7 +240,7 @@ void DmResizeRecord(MemHandle handle, uint32_t newSize) noexcept {
     DmOpenDB *db = r->owner;
     if (newSize > r->capacity) {
         uint32_t gapAt = r->fileOffset + (r->bare ? 0 : kRecordHeaderSize) + r->capacity;
-        openGap(db, gapAt, newSize - r->capacity);
+        bool moved = openGap(db, gapAt, newSize - r->capacity);
         r->capacity = newSize;
         r->resized = true;
         if (r->appInfo && r->fileOffset == kHeaderSize) {
@@ -247,6 +256,8 @@ void DmResizeRecord(MemHandle handle, uint32_t newSize) noexcept {
             store(at, rh);
             flushRange(*db->main, r->fileOffset, kRecordHeaderSize);
         }
+        if (moved)
+            endMove(db);
     }
     r->size = newSize;
     r->dirty = true;

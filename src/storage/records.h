@@ -17,8 +17,11 @@ bool readRecordHeader(DmOpenDB *db, uint32_t offset, RecordHeader &rh);
 bool plausibleRecord(const uint8_t *base, uint64_t offset, uint64_t limit);
 
 // Opens n zero bytes at offset in the main file, moving what follows up, and moves the
-// offset-index entries of the moved records with it.
-void openGap(DmOpenDB *db, uint32_t offset, uint32_t n);
+// offset-index entries of the moved records with it. When bytes moved, the move stays
+// open (move_journal.h): the caller ends it with endMove once the headers that make the
+// gap part of a record or block are written, so a walk never meets a bare gap.
+// True when a move was begun (and must be ended).
+bool openGap(DmOpenDB *db, uint32_t offset, uint32_t n);
 // Removes n bytes at offset, moving what follows down; the index is the caller's.
 void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n);
 

@@ -22,6 +22,7 @@ struct HandleRecord {
     bool dirty = false;      // written since the last commit
     bool locked = false;     // between MemHandleLock and unlock
     bool resized = false;    // grew since the last commit
+    bool holdsMove = false;  // an insertion whose move ends with its commit
     DmOpenDB *owner = nullptr;
 };
 
@@ -57,4 +58,5 @@ struct DmOpenDB {
     std::unique_ptr<zq::storage::FileView> main;  // the database file
     std::unique_ptr<zq::storage::FileView> index; // "%s_OS", kind 'V' only
     bool appInfoLoaded = false;
+    uint32_t movesOpen = 0;                     // moves begun and not ended; one journal holds them
 };

@@ -23,6 +23,6 @@ void killProcess(const platform::StartedProcess &process) {
 
 std::string appPath(const std::string &name) { return test::appPath(onPosix() ? name : name + ".exe"); }
 
-int crashRounds() { return onPosix() ? 25 : 6; }
+int crashRounds() { return onPosix() ? 40 : 6; }
 
 } // namespace zq::storage_test
