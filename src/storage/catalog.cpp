@@ -176,8 +176,8 @@ Err StorageStart(void) noexcept {
         s.lock.close();
         return dmErrCatalogMapping;
     }
-    if (recovered)
-        adoptDatabaseFiles();
+    // Even a sound catalog may have lost an entry; a file holding records is never left out.
+    adoptDatabaseFiles(recovered);
     return dmErrNone;
 }
 

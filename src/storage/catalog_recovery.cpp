@@ -134,10 +134,10 @@ bool restoreCatalogFile() {
     return true;
 }
 
-void adoptDatabaseFiles() {
+void adoptDatabaseFiles(bool emptyOnesToo) {
     for (const std::string &name : platform::listFiles(state().directory)) {
         DatabaseHeader h;
-        if (!isDatabaseFile(name, h) || findEntry(name))
+        if (!isDatabaseFile(name, h) || (!emptyOnesToo && h.count == 0) || findEntry(name))
             continue;
         addEntry(makeEntry(name, typeOf(name, h.kind), creatorOf(name)));
         trace(("catalog.plm: " + name + " recuperado").c_str());

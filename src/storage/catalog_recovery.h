@@ -19,7 +19,9 @@ bool catalogIsSound(const std::vector<uint8_t> &bytes);
 bool restoreCatalogFile();
 
 // Adds a catalog entry for every intact database file the open catalog does not know:
-// type from the file's kind, creator from the kind-named suffix (else 'ZELQ').
-void adoptDatabaseFiles();
+// type from the file's kind, creator from the kind-named suffix (else 'ZELQ'), each
+// traced. Unless emptyOnesToo, only files holding records are taken: a bare header is
+// what a creation cut short leaves, and the next creation of its name replaces it.
+void adoptDatabaseFiles(bool emptyOnesToo);
 
 } // namespace zq::storage

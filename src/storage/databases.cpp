@@ -42,6 +42,19 @@ bool acceptableName(std::string_view name) {
     return name.find_first_of("/\\:") == std::string_view::npos;
 }
 
+// The header's kind byte decides how records are found, so a damaged one must not stand:
+// a type the catalog knows decides the kind, else a kind byte that means one is kept.
+void settleKind(DmOpenDB *db) {
+    DatabaseHeader h = headerOf(db);
+    uint8_t kind = kindForType(readEntry(db->catalogOffset).type); // 'X': a type it does not know
+    bool meaningful = h.kind == 'V' || h.kind == 'B' || h.kind == 'X';
+    if (h.kind == kind || (kind == 'X' && meaningful))
+        return;
+    h.kind = kind;
+    setHeaderOf(db, h);
+    trace((std::string(db->name) + ": tipo do cabecalho refeito").c_str());
+}
+
 void deleteFiles(const std::string &name) {
     platform::deleteFile(storagePath(name));
     platform::deleteFile(storagePath(name + "_OS"));
@@ -99,6 +112,14 @@ LocalID DmFindDatabase(uint16_t, const char *name) noexcept {
         return 0;
     std::string stored = entryName(offset);
     std::string path = storagePath(stored);
+    if (!zq::platform::fileExists(path) && zq::platform::fileExists(storagePath(wanted))) {
+        // Names match without regard to case; where files do not, the file's spelling wins.
+        CatalogEntry entry = readEntry(offset);
+        std::memcpy(entry.name, wanted.data(), wanted.size());
+        writeEntry(offset, entry, kNameSize);
+        stored = wanted;
+        path = storagePath(stored);
+    }
     if (!zq::platform::fileExists(path)) {
         // A compaction that ended between removing the file and renaming its copy
         // leaves the complete copy under "%s_Temp".
@@ -170,6 +191,7 @@ DmOpenRef DmOpenDatabase(uint16_t, LocalID id) noexcept {
         }
         db->main = openView(db->name);
         undoInterruptedMove(db);
+        settleKind(db);
     }
     DatabaseHeader h = headerOf(db);
     if (h.used < kHeaderSize || uint64_t(kHeaderSize) + h.appInfoSize > h.used) {

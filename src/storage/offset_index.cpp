@@ -32,17 +32,6 @@ void setIndexCount(DmOpenDB *db) {
     writeHeader(v, h);
 }
 
-// A size above the capacity is cut and written back before the header is judged.
-void cutOversize(uint8_t *base, uint64_t offset, uint64_t limit) {
-    if (offset + kRecordHeaderSize > limit)
-        return;
-    RecordHeader rh = load<RecordHeader>(base + offset);
-    if (rh.size > rh.capacity && rh.capacity) {
-        rh.size = rh.capacity;
-        store(base + offset, rh);
-    }
-}
-
 // True when every entry points at a plausible record and each follows the one before.
 // Only reads: what an entry points at is not known to be a record, so nothing there is
 // repaired; a disagreement is settled by the walk of the main file.
@@ -122,17 +111,15 @@ void shiftIndexEntries(DmOpenDB *db, uint32_t from, int64_t delta) {
 void rebuildIndex(DmOpenDB *db) {
     FileView &main = *db->main;
     DatabaseHeader h = main.header();
-    uint8_t *base = main.base();
+    const uint8_t *base = main.base();
     uint64_t limit = main.walkLimit();
     uint64_t at = recordsStart(h);
     // A data area that begins with an uncommitted-looking header may start 8 bytes on.
-    if (!plausibleRecord(base, at, limit) && plausibleRecord(base, at + kRecordHeaderSize, limit))
+    if (!plausibleRecord(base, at, limit, true) && plausibleRecord(base, at + kRecordHeaderSize, limit, true))
         at += kRecordHeaderSize;
     std::vector<uint32_t> found;
-    for (cutOversize(base, at, limit); plausibleRecord(base, at, limit); cutOversize(base, at, limit)) {
+    for (; plausibleRecord(base, at, limit, true); at += kRecordHeaderSize + load<RecordHeader>(base + at).capacity)
         found.push_back(uint32_t(at));
-        at += kRecordHeaderSize + load<RecordHeader>(base + at).capacity;
-    }
     FileView &v = indexView(db);
     startIndex(v);
     uint32_t oldUsed = v.used();

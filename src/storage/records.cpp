@@ -14,13 +14,15 @@
 
 namespace zq::storage {
 
-bool plausibleRecord(const uint8_t *base, uint64_t offset, uint64_t limit) {
+bool plausibleRecord(const uint8_t *base, uint64_t offset, uint64_t limit, bool walking) {
     if (offset + kRecordHeaderSize > limit)
         return false;
     RecordHeader rh = load<RecordHeader>(base + offset);
     static const uint8_t zeros[kRecordHeaderSize] = {};
     if (std::memcmp(base + offset, zeros, kRecordHeaderSize) == 0)
         return false;
+    if (walking)
+        rh.size = std::min(rh.size, rh.capacity);
     if (rh.capacity == 0 || rh.capacity > kMaxBlock || rh.size > rh.capacity)
         return false;
     if (offset + kRecordHeaderSize + rh.capacity > limit)

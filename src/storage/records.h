@@ -13,8 +13,10 @@ uint32_t recordOffset(DmOpenDB *db, uint32_t index, uint32_t strideSize = 0);
 // A size above the capacity is cut and written back at once.
 bool readRecordHeader(DmOpenDB *db, uint32_t offset, RecordHeader &rh);
 
-// The test a record header passes to count as a record when the file is walked.
-bool plausibleRecord(const uint8_t *base, uint64_t offset, uint64_t limit);
+// The test a record header passes to count as a record. A walk of the file takes a size
+// above the capacity as the capacity (the cut is written when the record is first read),
+// so one bad size field does not hide the records behind it; a walk never writes.
+bool plausibleRecord(const uint8_t *base, uint64_t offset, uint64_t limit, bool walking = false);
 
 // Opens n zero bytes at offset in the main file, moving what follows up, and moves the
 // offset-index entries of the moved records with it. When bytes moved, the move stays

@@ -146,18 +146,24 @@ TEST_F(DamagedFilesTest, ALostCatalogComesBackAndNoDatabaseFileIsDeleted) {
     }
 }
 
-TEST_F(DamagedFilesTest, AnUnknownFileHoldingRecordsIsKeptAsideNotDeleted) {
+TEST_F(DamagedFilesTest, AFileHoldingRecordsIsNeverTakenForALeftover) {
     makeThreeRecords("orphan");
     std::vector<uint8_t> file = fileBytes("orphan");
-    // A catalog that is sound but lost the entry: the database is removed from it by hand.
+    // A sound catalog that lost the entry between runs: the next start takes the file back.
     std::vector<uint8_t> catalog = fileBytes("catalog.plm");
     std::fill(catalog.begin() + 20, catalog.begin() + 20 + 88, 0);
     writeBytes("catalog.plm", catalog);
-    ASSERT_EQ(DmCreateDatabase(0, "orphan", 0x5A454C51u, 0x44415441u, 0), dmErrNone);
+    EXPECT_EQ(DmCreateDatabase(0, "orphan", 0x5A454C51u, 0x44415441u, 0), dmErrAlreadyExists);
+    EXPECT_EQ(openAndRead("orphan"), all);
+
+    // A file put there while storage is open is kept aside by the creation of its name.
+    ASSERT_EQ(StorageStart(), dmErrNone);
+    writeBytes("late", file);
+    ASSERT_EQ(DmCreateDatabase(0, "late", 0x5A454C51u, 0x44415441u, 0), dmErrNone);
     StorageClose();
-    std::ifstream kept(storageFile("orphan.orphan"), std::ios::binary);
+    std::ifstream kept(storageFile("late.orphan"), std::ios::binary);
     EXPECT_EQ(std::vector<uint8_t>(std::istreambuf_iterator<char>(kept), {}), file);
-    EXPECT_NE(traceText().find("orphan.orphan"), std::string::npos);
+    EXPECT_NE(traceText().find("late.orphan"), std::string::npos);
 }
 
 } // namespace
