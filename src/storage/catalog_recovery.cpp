@@ -51,7 +51,7 @@ bool endsWith(std::string_view text, std::string_view tail) {
     return text.size() >= tail.size() && text.substr(text.size() - tail.size()) == tail;
 }
 
-// A database file made by creation: its header says so and has room for what it claims.
+// A database file made by creation, by its name and the header it begins with.
 bool isDatabaseFile(const std::string &name, DatabaseHeader &h) {
     if (endsWith(name, "_OS") || endsWith(name, "_Temp") || endsWith(name, "_Jn") || !fitForFileName(name.c_str()))
         return false;
