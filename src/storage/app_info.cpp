@@ -44,7 +44,7 @@ void commitAppInfo(HandleRecord &r) {
     if (r.fileOffset != kHeaderSize) {
         // A block made elsewhere moves to offset 20; the records move up when it is larger.
         if (size > old)
-            moved = openGap(db, kHeaderSize + old, size - old);
+            moved = openGap(db, kHeaderSize + old, size - old, kHeaderSize); // the block moves to 20 too
         uint32_t from = r.fileOffset + (size > old ? size - old : 0);
         std::memmove(db->main->base() + kHeaderSize, db->main->base() + from, size);
         removeBytes(db, from, r.capacity);

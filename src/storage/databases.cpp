@@ -90,6 +90,7 @@ DmOpenDB *databaseOfId(LocalID id) {
 
 void freeDatabase(DmOpenDB *db) {
     freeHandlesOf(db);
+    closeJournal(db);
     closeView(db->index);
     closeView(db->main);
     delete db;

@@ -13,8 +13,12 @@ namespace zq::storage {
 void beginMove(DmOpenDB *db, uint32_t offset);
 
 // The move is done and every header that describes the moved bytes is written: the
-// journal goes with the outermost end. Does nothing when no move was begun.
+// outermost end marks the journal spent. Does nothing when no move was begun.
 void endMove(DmOpenDB *db);
+
+// At the database's close: the journal file is closed and, unless a move is still open
+// (an insertion never released, which the next open then undoes), deleted.
+void closeJournal(DmOpenDB *db);
 
 // At open: a whole journal left by a move that never ended puts the saved bytes and the
 // used size back (the walk of the file then settles the count and the offset index); a

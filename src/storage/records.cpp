@@ -71,14 +71,14 @@ bool readRecordHeader(DmOpenDB *db, uint32_t offset, RecordHeader &rh) {
     return true;
 }
 
-bool openGap(DmOpenDB *db, uint32_t offset, uint32_t n) {
+bool openGap(DmOpenDB *db, uint32_t offset, uint32_t n, uint32_t savedFrom) {
     FileView &v = *db->main;
     uint32_t oldUsed = v.used() == 1 ? 0 : v.used();
     if (offset >= oldUsed) {
         growView(v, int64_t(offset) + n - oldUsed);
         return false;
     }
-    beginMove(db, offset);
+    beginMove(db, std::min(savedFrom, offset));
     growView(v, n);
     uint8_t *base = v.base();
     std::memmove(base + offset + n, base + offset, oldUsed - offset);
@@ -217,7 +217,7 @@ MemHandle DmNewRecord(DmOpenRef db, uint32_t *index, uint32_t size) noexcept {
         offset = appendSpace(db, bytes);
     } else {
         offset = recordOffset(db, wanted, h.kind == 'V' ? 0 : size);
-        moved = openGap(db, offset, bytes);
+        moved = openGap(db, offset, bytes, offset);
     }
     uint8_t *at = db->main->base() + offset;
     std::memset(at, 0, bytes);
@@ -242,7 +242,7 @@ void DmResizeRecord(MemHandle handle, uint32_t newSize) noexcept {
     DmOpenDB *db = r->owner;
     if (newSize > r->capacity) {
         uint32_t gapAt = r->fileOffset + (r->bare ? 0 : kRecordHeaderSize) + r->capacity;
-        bool moved = openGap(db, gapAt, newSize - r->capacity);
+        bool moved = openGap(db, gapAt, newSize - r->capacity, r->fileOffset);
         r->capacity = newSize;
         r->resized = true;
         if (r->appInfo && r->fileOffset == kHeaderSize) {

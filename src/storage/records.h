@@ -21,9 +21,11 @@ bool plausibleRecord(const uint8_t *base, uint64_t offset, uint64_t limit, bool 
 // Opens n zero bytes at offset in the main file, moving what follows up, and moves the
 // offset-index entries of the moved records with it. When bytes moved, the move stays
 // open (move_journal.h): the caller ends it with endMove once the headers that make the
-// gap part of a record or block are written, so a walk never meets a bare gap.
-// True when a move was begun (and must be ended).
-bool openGap(DmOpenDB *db, uint32_t offset, uint32_t n);
+// gap part of a record or block are written, so a walk never meets a bare gap. The
+// journal saves the file from savedFrom (at most offset): a caller that rewrites bytes in
+// front of the gap (a grown record's header) starts it there. True when a move was begun
+// (and must be ended).
+bool openGap(DmOpenDB *db, uint32_t offset, uint32_t n, uint32_t savedFrom);
 // Removes n bytes at offset, moving what follows down; the index is the caller's.
 void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n);
 

@@ -59,4 +59,5 @@ struct DmOpenDB {
     std::unique_ptr<zq::storage::FileView> index; // "%s_OS", kind 'V' only
     bool appInfoLoaded = false;
     uint32_t movesOpen = 0;                     // moves begun and not ended; one journal holds them
+    zq::platform::File journal;                 // "%s_Jn", open from the first move to the close
 };

@@ -45,12 +45,12 @@ protected:
             records.push_back(recordText(db, k));
         DmCloseDatabase(db);
         StorageClose();
-        // The index names each committed record's header, back to back, to the used size.
+        // The index names each record's header, back to back, to the used size. (A row
+        // written whole but not yet released is a record too: its live mark says so.)
         std::vector<uint8_t> file = fileBytes("crash.db"), index = fileBytes("crash.db_OS");
         uint32_t expected = 20;
         for (size_t k = 0; k < records.size(); ++k) {
             EXPECT_EQ(readU32(index, 20 + 4 * k), expected) << "entry " << k;
-            EXPECT_EQ(readU16(file, expected + 6), 0xFFFF) << "record " << k;
             expected += 8 + readU16(file, expected + 2);
         }
         EXPECT_EQ(readU32(file, 16), expected);
