@@ -17,5 +17,6 @@
 #include "zelqa/math.h"
 #include "zelqa/staging.h"
 #include "zelqa/program.h"
+#include "zelqa/devices.h"
 
 #endif

@@ -31,6 +31,12 @@ ZQ_API uint32_t MostraErro(void) ZQ_NOEXCEPT;
 /* Draws text at (x, y) on the active window; non-zero when drawn. */
 ZQ_API int __DspMsg(const char *text, int x, int y) ZQ_NOEXCEPT;
 
+/* The information window (progress texts such as printing's) goes to this hook instead
+   when one is set: it gets each text shown, and null when the window is cleared. Without
+   a hook, ZELQA_BOX_LOG receives "OO_Info32<TAB>0<TAB>text" for each text shown. */
+typedef void (*zq_info_hook)(const char *text);
+ZQ_API void zq_set_info_hook(zq_info_hook hook) ZQ_NOEXCEPT;
+
 /* The box flags the user interface reads, and the active window they depend on. */
 ZQ_API int zq_box_open(void) ZQ_NOEXCEPT;
 ZQ_API int zq_take_swallowed_key(void) ZQ_NOEXCEPT; /* 1 once after a box: drop this key */

@@ -78,6 +78,10 @@ void destroyContext() {
         ctx.frames = frame->next;
         release(frame);
     }
+    while (NativeFunction *entry = ctx.nativeFunctions) {
+        ctx.nativeFunctions = entry->next;
+        release(entry);
+    }
     current = nullptr;
     release(&ctx);
 }

@@ -36,6 +36,13 @@ enum SharedConstant {
     kNil = 9, kNul = 10, kScanNotFound = 11, kSharedConstantCount = 13
 };
 
+// A native function the host registered for ExecBlock.
+struct NativeFunction {
+    char name[32];              // "U_" and the registered name, NUL-terminated
+    pObj (*function)(pObj);     // called with ExecBlock's third value
+    NativeFunction *next;       // the registration after this one
+};
+
 constexpr int kSettingCount = 13;
 constexpr int kScratchSize = 1025;
 
@@ -52,6 +59,8 @@ struct RuntimeContext {
     int shutdownRequested;             // set by SHUTDOWN, read by __EndGlobal
     DebugFrame *frames;                // innermost first
     pObj arrayRegistry;                // rows {array, base name} a runtime error saves; null until used
+    NativeFunction *nativeFunctions;   // registered native functions, first registered first
+    int32_t registrations;             // successful RegisterBlock calls
     std::array<Obj, kSharedConstantCount> constants;
 };
 

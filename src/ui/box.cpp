@@ -31,7 +31,9 @@ bool unattendedAnswer(int &answer) {
     return true;
 }
 
-void logBox(const char *caption, const char *text, unsigned style) {
+} // namespace
+
+void appendToBoxLog(const char *caption, const char *text, unsigned style) {
     const char *path = std::getenv("ZELQA_BOX_LOG");
     if (!path || !*path)
         return;
@@ -49,7 +51,10 @@ void logBox(const char *caption, const char *text, unsigned style) {
     }
 }
 
-} // namespace
+bool unattended() {
+    int answer = 0;
+    return unattendedAnswer(answer);
+}
 
 void *activeWindow() { return activeDepth > 0 ? activeWindows[activeDepth - 1] : nullptr; }
 
@@ -60,7 +65,7 @@ int showBox(void *owner, const char *caption, const char *text, unsigned style) 
     if (hook) {
         answer = hook(caption, text, style);
     } else {
-        logBox(caption, text, style);
+        appendToBoxLog(caption, text, style);
         if (!unattendedAnswer(answer))
             answer = platform::showMessageBox(owner, caption, text, style);
     }

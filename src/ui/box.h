@@ -11,6 +11,13 @@ namespace zq::ui {
 // swallow-next-key flag is set; afterwards the active window is repainted.
 int showBox(void *owner, const char *caption, const char *text, unsigned style);
 
+// Appends "caption<TAB>style<TAB>text" to the file ZELQA_BOX_LOG names, if any; line breaks
+// in the text are written as \n.
+void appendToBoxLog(const char *caption, const char *text, unsigned style);
+
+// True when ZELQA_BOX_ANSWER holds a number: nobody is at the screen.
+bool unattended();
+
 // The window most recently activated, or null.
 void *activeWindow();
 
