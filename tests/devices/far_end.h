@@ -25,6 +25,8 @@ public:
     // True when the line has no modem lines the system can drive (wine over a
     // pseudo-terminal): the tests then stand in for them.
     virtual bool needsModemStandIn() const = 0;
+    // False where a second open of an open line is not refused (wine: Windows refuses it).
+    virtual bool opensExclusively() const = 0;
 };
 
 // A fresh far end, or null with the reason in `why` when this machine has none.
@@ -42,8 +44,10 @@ public:
     static inline int64_t ctsOffPolls = 0;         // status reads still to see CTS off; <0: for ever
     static inline int64_t statusReads = 0;         // status reads so far
     static inline int64_t waitsBeforeFailure = -1; // <0: the line never fails
+    static inline int64_t reportedWaits = 0;
     static inline bool dtrRaised = false;
     static inline bool rtsRaised = false;
+    static inline bool refuseRts = false;          // raising RTS fails
 
 private:
     platform::ModemLineSwitch switch_{};

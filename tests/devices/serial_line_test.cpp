@@ -13,6 +13,8 @@ namespace zq::test {
 namespace {
 
 bool standInEscape(intptr_t, platform::SerialEscape what) {
+    if (what == platform::SerialEscape::SetRts && ModemStandIn::refuseRts)
+        return false;
     (what == platform::SerialEscape::SetDtr ? ModemStandIn::dtrRaised : ModemStandIn::rtsRaised) = true;
     return true;
 }
@@ -34,9 +36,13 @@ bool lineStillUp() {
     return true;
 }
 
+// Reported waits never block, so a READCOM whose bytes never come would spin for ever:
+// after this many the line counts as failed.
+constexpr int64_t kMostReportedWaits = 200000;
+
 bool reportedWait(intptr_t, uint32_t &events) {
     events = platform::kEventRxChar;
-    return lineStillUp();
+    return lineStillUp() && ++ModemStandIn::reportedWaits < kMostReportedWaits;
 }
 
 bool realWait(intptr_t line, uint32_t &events) {
@@ -46,9 +52,9 @@ bool realWait(intptr_t line, uint32_t &events) {
 } // namespace
 
 ModemStandIn::ModemStandIn(Waits waits) {
-    ctsOffPolls = statusReads = 0;
+    ctsOffPolls = statusReads = reportedWaits = 0;
     waitsBeforeFailure = -1;
-    dtrRaised = rtsRaised = false;
+    dtrRaised = rtsRaised = refuseRts = false;
     switch_ = {standInEscape, standInStatus, waits == Waits::Reported ? reportedWait : realWait};
     platform::switchModemLines(&switch_);
 }
@@ -95,7 +101,7 @@ protected:
         shown.clear();
         answers.clear();
         zq_set_box_hook(answeringHook);
-        line_ = OPENCOM(number(far_->port()), number(9600), number(0), number(0), number(0));
+        line_ = open(9600);
         ASSERT_EQ(line_->type, static_cast<uint32_t>(TYPE_HANDLE));
         ASSERT_NE(line_->payload.p, nullptr);
         __LockStack(line_, __INIT_NUL());
@@ -106,6 +112,9 @@ protected:
             CLOSECOM(line_);
         modem_.reset();
         FreshRuntime::TearDown();
+    }
+    pObj open(double baud) {
+        return OPENCOM(number(far_->port()), number(baud), number(0), number(0), number(0));
     }
     ModemStandIn &modem() {
         if (!modem_)
@@ -143,8 +152,23 @@ TEST_F(SerialLine, BytesCrossTheLineBothWaysUnchanged) {
 }
 
 TEST_F(SerialLine, ALineOpensOnceAtATime) {
-    pObj again = OPENCOM(number(far_->port()), number(9600), number(0), number(0), number(0));
-    EXPECT_EQ(again->payload.p, nullptr);
+    if (!far_->opensExclusively())
+        GTEST_SKIP() << "this system opens a line twice";
+    EXPECT_EQ(open(9600)->payload.p, nullptr);
+}
+
+TEST_F(SerialLine, AFailureAfterOpeningClosesTheLineAgain) {
+    EXPECT_EQ(CLOSECOM(line_), __INIT_BOOL(1));
+    line_ = nullptr;
+    modem();
+    ModemStandIn::refuseRts = true;
+    EXPECT_EQ(open(9600)->payload.p, nullptr);
+    EXPECT_TRUE(ModemStandIn::dtrRaised);
+    ModemStandIn::refuseRts = false;
+    EXPECT_EQ(open(38400)->payload.p, nullptr); // taken as 16 bits, no rate is left of it
+    line_ = open(9600); // the failures left the line free
+    ASSERT_NE(line_->payload.p, nullptr);
+    __LockStack(line_, __INIT_NUL());
 }
 
 TEST_F(SerialLine, ReadcomNeedsRoomForTheCountAndItsTerminator) {

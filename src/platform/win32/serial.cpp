@@ -39,6 +39,8 @@ SerialLine openSerialLine(const char *name) {
 }
 
 bool configureSerialLine(intptr_t line, int16_t baud) {
+    if (baud <= 0)
+        return false; // no port has such a rate, though some drivers take it
     COMMTIMEOUTS timeouts{};
     timeouts.ReadIntervalTimeout = 65535;
     timeouts.WriteTotalTimeoutMultiplier = 10;
@@ -49,7 +51,7 @@ bool configureSerialLine(intptr_t line, int16_t baud) {
     dcb.DCBlength = sizeof dcb;
     if (!GetCommState(handleOf(line), &dcb))
         return false;
-    dcb.BaudRate = static_cast<DWORD>(baud); // a negative rate becomes one no port has
+    dcb.BaudRate = static_cast<DWORD>(baud);
     dcb.ByteSize = 8;
     dcb.Parity = NOPARITY;
     dcb.StopBits = ONESTOPBIT;

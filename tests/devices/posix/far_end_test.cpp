@@ -49,6 +49,7 @@ public:
         return got;
     }
     bool needsModemStandIn() const override { return false; }
+    bool opensExclusively() const override { return true; }
     void hangUp() {
         if (master_ >= 0)
             close(master_);
