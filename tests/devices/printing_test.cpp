@@ -31,7 +31,8 @@ class Printing : public FreshRuntime {
 protected:
     void SetUp() override {
         FreshRuntime::SetUp();
-        dir_ = freshDirectory("printing");
+        // One directory per test: tests run side by side in separate processes.
+        dir_ = freshDirectory(std::string("printing-") + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         platform::setEnvironment("ZELQA_PROGRAM_DIR", dir_.string().c_str());
         infoTexts.clear();
     }
