@@ -34,19 +34,16 @@ protected:
     }
 };
 
+// An empty registry or no name answers false before the name's type is looked at.
 TEST_F(NativeFunctions, RegistrationTakesNamesOfOneToTwelveCharacters) {
+    EXPECT_TRUE(isFalse(ExistBlock(__INIT_DOUBLE(1))));
+    EXPECT_TRUE(isFalse(ExecBlock(__INIT_DOUBLE(1), nullptr, nullptr, nullptr, nullptr)));
     EXPECT_EQ(RegisterBlock(nullptr, first), 0);
     EXPECT_EQ(RegisterBlock("BALANCA", nullptr), 0);
     EXPECT_EQ(RegisterBlock("", first), 0);
     EXPECT_EQ(RegisterBlock("THIRTEENCHARS", first), 0);
-    EXPECT_EQ(RegisterBlock("TWELVECHARSX", first), 1);
+    EXPECT_TRUE(isFalse(ExistBlock(text("BALANCA"))));
     EXPECT_EQ(RegisterBlock("B", first), 1);
-}
-
-TEST_F(NativeFunctions, AnEmptyRegistryOrNoNameAnswersFalseBeforeAnyTypeTest) {
-    EXPECT_TRUE(isFalse(ExistBlock(__INIT_DOUBLE(1))));
-    EXPECT_TRUE(isFalse(ExecBlock(__INIT_DOUBLE(1), nullptr, nullptr, nullptr, nullptr)));
-    RegisterBlock("BALANCA", first);
     EXPECT_TRUE(isFalse(ExistBlock(nullptr)));
     EXPECT_TRUE(isFalse(ExecBlock(nullptr, nullptr, nullptr, nullptr, nullptr)));
     EXPECT_TRUE(calls.empty());
@@ -55,7 +52,7 @@ TEST_F(NativeFunctions, AnEmptyRegistryOrNoNameAnswersFalseBeforeAnyTypeTest) {
 // Registration allows 12 characters, lookups only 11: a 12-character name is never found.
 TEST_F(NativeFunctions, LookupsReachElevenCharactersOnly) {
     RegisterBlock("ELEVENCHARS", first);
-    RegisterBlock("TWELVECHARSX", second);
+    EXPECT_EQ(RegisterBlock("TWELVECHARSX", second), 1);
     EXPECT_EQ(ExistBlock(text("ELEVENCHARS")), __INIT_BOOL(1));
     EXPECT_STREQ(exec("ELEVENCHARS")->payload.c, "first");
     EXPECT_TRUE(isFalse(ExistBlock(text("TWELVECHARSX"))));
@@ -85,12 +82,6 @@ TEST_F(NativeFunctions, RawFlagDropsThePrefix) {
     EXPECT_STREQ(exec("PESO", __INIT_BOOL(0))->payload.c, "first");
     EXPECT_STREQ(exec("PESO", __INIT_DOUBLE(1))->payload.c, "first");
     EXPECT_EQ(calls.size(), 5u);
-}
-
-TEST_F(NativeFunctions, AFreshRuntimeStartsWithAnEmptyRegistry) {
-    RegisterBlock("PESO", first);
-    __RetGlob(1);
-    EXPECT_TRUE(isFalse(ExistBlock(text("PESO"))));
 }
 
 const RefusedCall refused[] = {

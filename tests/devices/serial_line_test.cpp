@@ -206,15 +206,6 @@ TEST_F(SerialLine, WritecomSendsAtMostTheTextTakingTheCountAsSixteenBits) {
     EXPECT_EQ(far_->receive(expected.size()), expected);
 }
 
-TEST_F(SerialLine, AByteWaitsWhileTheFarEndIsNotClearToSend) {
-    modem();
-    ModemStandIn::ctsOffPolls = 500;
-    EXPECT_EQ(write("AB", 2), 2.0);
-    EXPECT_EQ(ModemStandIn::statusReads, 502);
-    EXPECT_TRUE(shown.empty());
-    EXPECT_EQ(far_->receive(2), "AB");
-}
-
 // CTS drops before the first byte of a call: bytes of an earlier call do not lengthen the
 // stall, so it lasts 10000 polls; Retry gives 10000 more, and the line clears 350 into those.
 TEST_F(SerialLine, StallTimesOutAndRetryWaitsAfresh) {
