@@ -1,7 +1,8 @@
 // The main sequence of the installer.
 //
-// While it runs the installer holds a hidden window of class "Tessarin", so that a second
-// start finds it. Every failure ends in a log line and the orderly end: database deleted
+// While it runs the installer holds the claim of the one running program of class
+// "Tessarin" and a hidden window of that class, which a second start brings forward.
+// Nothing is shown: boxes go into the log (quiet_run.h). Every failure ends in a log line and the orderly end: database deleted
 // when it was opened, storage closed, relaunch only when the last decided record was
 // installed.
 #include "installer/driver.h"
@@ -12,6 +13,7 @@
 #include "installer/command_line.h"
 #include "installer/install_log.h"
 #include "installer/install_record.h"
+#include "installer/quiet_run.h"
 #include "installer/relaunch.h"
 #include "platform/process.h"
 #include "platform/windows.h"
@@ -66,7 +68,7 @@ Outcome installRecords(DmOpenRef db, InstallLog &log) {
 }
 
 // Finds, opens, installs and deletes the install database.
-Outcome installDatabase(const std::string &name, InstallLog &log) {
+Outcome installDatabase(const std::string &name, InstallLog &log, QuietRun &quiet) {
     if (name.empty()) {
         log.write("Nome %s inv\341lido!\n", name.c_str());
         return Outcome::Failed;
@@ -78,33 +80,41 @@ Outcome installDatabase(const std::string &name, InstallLog &log) {
         return Outcome::Failed;
     }
     log.write("ENCONTROU %s\n", name.c_str());
+    quiet.readingDatabase(name.c_str());
     DmOpenRef db = DmOpenDatabase(0, id);
     if (!db) {
         log.write("N\343o abriu %s!\n", name.c_str());
+        quiet.readingDatabase(nullptr);
         return Outcome::Failed;
     }
     Outcome outcome = installRecords(db, log);
     DmCloseDatabase(db);
     if (LocalID again = DmFindDatabase(0, name.c_str()))
         DmDeleteDatabase(0, again);
+    quiet.readingDatabase(nullptr);
     return outcome;
 }
 
 } // namespace
 
 int runInstaller(std::string_view commandLine) {
-    if (platform::bringWindowForward(kInstallerClass))
+    // Claiming is the single-instance test, one atomic step: of installers started at once,
+    // one runs. An installer holding the window without a claim is found by its window.
+    platform::InstanceClaim claim;
+    bool claimed = platform::claimInstance(kInstallerClass, claim);
+    if (platform::bringWindowForward(kInstallerClass) || !claimed)
         return 0;
     platform::Window self = platform::createWindow(kInstallerClass, kInstallerClass);
     Parameters params = splitCommandLine(commandLine);
     std::string directory = platform::programDirectory() + platform::directorySeparator();
     InstallLog log = InstallLog::openIn(directory);
+    QuietRun quiet(log);
     Outcome outcome = Outcome::Failed;
     if (log.isOpen()) {
         log.write("Install BEGIN\n");
         log.write("PARAM1=%s\nPARAM2=%s\n", params.database.c_str(), params.program.c_str());
         if (waitForApplication(log))
-            outcome = installDatabase(params.database, log);
+            outcome = installDatabase(params.database, log, quiet);
     }
     StorageClose();
     pause(kEndPauseMs);

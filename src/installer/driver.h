@@ -1,6 +1,7 @@
 // The install driver: the whole run of the installer program.
 //
-// 1. Another installer holding a window of class kInstallerClass: bring it forward, end.
+// 1. Claim to be the one installer (platform::claimInstance with kInstallerClass); when
+//    another holds the claim or a window of that class, bring its window forward and end.
 // 2. Open the log and wait, in passes of kWaitPassMs, at most kWaitPasses of them, until
 //    no window of class kApplicationClass is left.
 // 3. Find and open the install database, pause kRecordPauseMs, install every record.

@@ -1,5 +1,6 @@
 // Top-level windows as far as the runtime and the installer need them: make one of a class,
-// remove it, and ask whether any process of this user holds one of a class.
+// remove it, ask whether any process of this user holds one of a class, and claim to be
+// the one running program of a class.
 //
 // On Windows these are real, hidden windows. On POSIX a window class is a lock file
 // "<class>.class" (class lowered, bytes outside [a-z0-9._-] as %XX) in a per-user
@@ -18,22 +19,27 @@ namespace zq::platform {
 void *createNativeWindow(const char *className, const char *title);
 void destroyNativeWindow(void *window) noexcept;
 
-// A move-only owner of one window.
-class Window {
+// The native claim behind an InstanceClaim: a named mutex on Windows, an exclusive flock
+// on "<class>.instance" in the window directory on POSIX.
+void releaseNativeClaim(void *claim) noexcept;
+
+// A move-only owner of one native object, released by Release.
+template <void (*Release)(void *) noexcept>
+class NativeOwner {
 public:
-    Window() noexcept = default;
-    explicit Window(void *native) noexcept : native_(native) {}
-    Window(Window &&other) noexcept : native_(std::exchange(other.native_, nullptr)) {}
-    Window &operator=(Window &&other) noexcept {
+    NativeOwner() noexcept = default;
+    explicit NativeOwner(void *native) noexcept : native_(native) {}
+    NativeOwner(NativeOwner &&other) noexcept : native_(std::exchange(other.native_, nullptr)) {}
+    NativeOwner &operator=(NativeOwner &&other) noexcept {
         if (this != &other) {
-            destroyNativeWindow(native_);
+            Release(native_);
             native_ = std::exchange(other.native_, nullptr);
         }
         return *this;
     }
-    Window(const Window &) = delete;
-    Window &operator=(const Window &) = delete;
-    ~Window() { destroyNativeWindow(native_); }
+    NativeOwner(const NativeOwner &) = delete;
+    NativeOwner &operator=(const NativeOwner &) = delete;
+    ~NativeOwner() { Release(native_); }
 
     void *native() const noexcept { return native_; }
     void *release() noexcept { return std::exchange(native_, nullptr); }
@@ -42,6 +48,9 @@ public:
 private:
     void *native_ = nullptr;
 };
+
+using Window = NativeOwner<destroyNativeWindow>;
+using InstanceClaim = NativeOwner<releaseNativeClaim>;
 
 // A window of className that is not shown; empty when it cannot be made.
 inline Window createWindow(const char *className, const char *title) {
@@ -55,6 +64,13 @@ bool windowExists(const char *className);
 // Brings the first window of className to the front (on Windows: SetForegroundWindow with
 // the window handle's lowest bit set). False when there is none.
 bool bringWindowForward(const char *className);
+
+// Claims, in one atomic step, the place of the one running program of className: of
+// processes claiming at the same time exactly one gets it, and it is free again when its
+// holder's claim is released or its process ends, however it ends. False when another
+// process holds it. When the system cannot make the claim at all (no place to keep it),
+// the answer is true with an empty claim: the caller runs as it would without one.
+bool claimInstance(const char *className, InstanceClaim &claim);
 
 // Waits ms milliseconds while answering the messages of the calling thread's windows.
 void serveWindows(uint32_t ms);

@@ -6,7 +6,11 @@
 #include <cctype>
 #include <cstdio>
 
+#include <fstream>
+
+#include "platform/windows.h"
 #include "support/installer_sandbox.h"
+#include "support/unattended.h"
 #include "zelqa/windows.h"
 
 namespace zq::test {
@@ -227,6 +231,93 @@ TEST(installerRun, SecondInstallerFindsTheFirstAndLeavesEverythingAlone) {
     EXPECT_EQ(countLines(lines, "Install END"), 1);
     EXPECT_EQ(readFile(file), "once");
     EXPECT_FALSE(zq_window_exists("Tessarin"));
+}
+
+// Another installer that has claimed its place but not yet made its window is the moment
+// two installers started together meet: the second must end there, touching nothing.
+TEST(installerRun, ClaimHeldByAnotherInstallerEndsTheRunBeforeItsWindowExists) {
+    InstallerSandbox box("install-claimed");
+    std::string file = box.path("Claimed.txt");
+    writeFile(file + "~", "staged");
+    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    platform::InstanceClaim claim;
+    ASSERT_TRUE(platform::claimInstance("Tessarin", claim));
+    ASSERT_TRUE(claim);
+    ASSERT_FALSE(zq_window_exists("Tessarin"));
+
+    EXPECT_EQ(runInstaller(kDatabase), 0);
+
+    EXPECT_FALSE(pathExists(box.path("inst.txt")));
+    EXPECT_EQ(box.recordCount(kDatabase), 1);
+    EXPECT_EQ(readFile(file + "~"), "staged");
+}
+
+TEST(installerRun, InstallersStartedTogetherRunOnce) {
+    InstallerSandbox box("install-together");
+    std::string file = box.path("Together.txt");
+    writeFile(file + "~", "together");
+    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    platform::StartedProcess window = startApplication(1000);
+    std::vector<platform::StartedProcess> installers(4);
+    for (platform::StartedProcess &installer : installers)
+        installer = startInstaller(kDatabase);
+
+    for (platform::StartedProcess &installer : installers)
+        EXPECT_EQ(platform::waitForExit(installer.process), 0);
+    platform::waitForExit(window.process);
+    std::vector<std::string> lines = box.logLines();
+    EXPECT_EQ(countLines(lines, "Install BEGIN"), 1);
+    EXPECT_EQ(countLines(lines, "Install END"), 1);
+    EXPECT_EQ(readFile(file), "together");
+}
+
+// The claim goes with its process however it ends, so a killed installer blocks no later one.
+TEST(installerRun, KilledInstallerLeavesNoClaimBehind) {
+    InstallerSandbox box("install-killed");
+    box.createInstallDatabase(kDatabase, {});
+    void *window = zq_window_create("OO_Window32", "held by the test"); // the installer waits
+    platform::StartedProcess installer = startInstaller(kDatabase);
+    ASSERT_TRUE(eventually([&] { return countLines(box.logLines(), kWaiting) > 0; }));
+    platform::InstanceClaim claim;
+    EXPECT_FALSE(platform::claimInstance("Tessarin", claim));
+
+    platform::terminateProcess(installer.process);
+    platform::waitForExit(installer.process);
+    zq_window_destroy(window);
+
+    EXPECT_TRUE(platform::claimInstance("Tessarin", claim));
+    EXPECT_TRUE(claim);
+}
+
+// Makes a database's header claim less used space than the header itself: opening it is a
+// runtime error.
+void damageHeader(const std::string &file) {
+    std::fstream out(file, std::ios::in | std::ios::out | std::ios::binary);
+    out.seekp(16);
+    out.write("\5\0\0\0", 4);
+}
+
+// The "Fatal Error" box goes into the log unseen, and the database that could not be read
+// is gone, so that later installs are not stopped by it again.
+TEST(installerRun, RuntimeErrorIsLoggedUnseenAndTheUnreadableDatabaseGoes) {
+    InstallerSandbox box("install-fatal");
+    std::string file = box.path("Fatal.txt");
+    writeFile(file + "~", "staged");
+    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    damageHeader(box.path("DB/ZELQAINST.tLog"));
+    UnattendedBoxes shownBoxes; // boxes shown the ordinary way would be listed here
+
+    EXPECT_EQ(runInstaller(std::string(kDatabase) + " " + applicationPath()), 0);
+
+    EXPECT_TRUE(shownBoxes.lines().empty());
+    std::vector<std::string> lines = box.logLines();
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ(lines[lines.size() - 4], "[Fatal Error] ARGUMENT ERROR!");
+    EXPECT_EQ(lines[lines.size() - 3], "Exclu\355do ZELQAINST.tLog ap\363s erro fatal!");
+    EXPECT_EQ(lines[lines.size() - 2], "");
+    EXPECT_EQ(lines.back(), "Install END");
+    EXPECT_EQ(box.recordCount(kDatabase), -1);
+    EXPECT_EQ(readFile(file + "~"), "staged");
 }
 
 } // namespace

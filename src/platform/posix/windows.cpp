@@ -30,8 +30,8 @@ std::string windowDirectory() {
 }
 
 // Class names compare without regard to case; bytes that are not plainly safe in a file
-// name are written as %XX.
-std::string classFile(const char *className) {
+// name are written as %XX. The suffix tells a window's file from an instance claim's.
+std::string classFile(const char *className, const char *suffix = ".class") {
     static const char hex[] = "0123456789ABCDEF";
     std::string name;
     for (const unsigned char *p = reinterpret_cast<const unsigned char *>(className); *p; ++p) {
@@ -44,7 +44,13 @@ std::string classFile(const char *className) {
             name += hex[c & 15];
         }
     }
-    return windowDirectory() + "/" + name + ".class";
+    return windowDirectory() + "/" + name + suffix;
+}
+
+// The class file opened (made when missing) for locking; -1 when impossible.
+int openClassFile(const char *className, const char *suffix) {
+    mkdir(windowDirectory().c_str(), 0700); // an existing directory is fine
+    return open(classFile(className, suffix).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
 }
 
 int lockFile(int fd, int operation) {
@@ -59,9 +65,7 @@ int lockFile(int fd, int operation) {
 void *createNativeWindow(const char *className, const char *) {
     if (!className || !*className)
         return nullptr;
-    std::string dir = windowDirectory();
-    mkdir(dir.c_str(), 0700); // an existing directory is fine
-    int fd = open(classFile(className).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    int fd = openClassFile(className, ".class");
     if (fd < 0)
         return nullptr;
     if (lockFile(fd, LOCK_SH) != 0) {
@@ -92,6 +96,26 @@ bool windowExists(const char *className) {
 }
 
 bool bringWindowForward(const char *className) { return windowExists(className); }
+
+// Taking the exclusive lock without waiting is the whole test: the kernel grants it to one
+// open file at a time and drops it with its process.
+bool claimInstance(const char *className, InstanceClaim &claim) {
+    claim = InstanceClaim();
+    if (!className || !*className)
+        return true;
+    int fd = openClassFile(className, ".instance");
+    if (fd < 0)
+        return true;
+    if (lockFile(fd, LOCK_EX | LOCK_NB) != 0) {
+        bool heldElsewhere = errno == EWOULDBLOCK;
+        close(fd);
+        return !heldElsewhere;
+    }
+    claim = InstanceClaim(new ClassLock{fd});
+    return true;
+}
+
+void releaseNativeClaim(void *claim) noexcept { destroyNativeWindow(claim); }
 
 void serveWindows(uint32_t ms) { sleepMilliseconds(ms); }
 

@@ -3,6 +3,9 @@
 
 #include <windows.h>
 
+#include <cctype>
+#include <string>
+
 namespace zq::platform {
 
 void *createNativeWindow(const char *className, const char *title) {
@@ -33,6 +36,31 @@ bool bringWindowForward(const char *className) {
         return false;
     SetForegroundWindow(reinterpret_cast<HWND>(reinterpret_cast<ULONG_PTR>(window) | 1));
     return true;
+}
+
+// A named mutex made or opened in one call: ERROR_ALREADY_EXISTS tells that another process
+// made it first. The system drops it with the last process holding it.
+bool claimInstance(const char *className, InstanceClaim &claim) {
+    claim = InstanceClaim();
+    if (!className || !*className)
+        return true;
+    std::string name = "zelqa-instance-";
+    for (const char *p = className; *p; ++p)
+        name += static_cast<char>(std::tolower(static_cast<unsigned char>(*p))); // classes ignore case
+    HANDLE mutex = CreateMutexA(nullptr, FALSE, name.c_str());
+    if (!mutex)
+        return true;
+    if (GetLastError() == ERROR_ALREADY_EXISTS) {
+        CloseHandle(mutex);
+        return false;
+    }
+    claim = InstanceClaim(mutex);
+    return true;
+}
+
+void releaseNativeClaim(void *claim) noexcept {
+    if (claim)
+        CloseHandle(static_cast<HANDLE>(claim));
 }
 
 void serveWindows(uint32_t ms) {
