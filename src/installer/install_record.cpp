@@ -21,6 +21,21 @@ std::string textAt(std::span<const std::byte> bytes, size_t from) {
     return std::string(begin, std::find(begin, end, '\0'));
 }
 
+// The existence test on a copy, so the caller's text keeps its case.
+bool existsUnlowered(std::string path) { return fileExists(path); }
+
+// With nothing staged, no file at the target and its backup there, an earlier run stopped
+// between setting the old file aside and moving the new one in, and the staged file has
+// gone since: the backup is the only copy left, so it goes back in place.
+void restoreInterrupted(const InstallRecord &record, const std::string &target, InstallLog &log) {
+    if (record.backup == record.target || existsUnlowered(record.target) || !existsUnlowered(record.backup))
+        return;
+    if (platform::moveFile(record.backup, record.target))
+        log.write("Restaurado backup do arquivo %s\n", target.c_str());
+    else
+        log.write("Falhou restaura\347\343o do arquivo %s\n", target.c_str());
+}
+
 } // namespace
 
 std::string backupPath(const std::string &target) {
@@ -46,11 +61,20 @@ Outcome installRecord(const InstallRecord &record, InstallLog &log) {
     // record's own texts, so they keep the case the record gives.
     std::string staged = record.staged, target = record.target, backup = record.backup;
     log.write("INSTALANDO %s\n", staged.c_str());
-    if (!fileExists(staged))
+    if (!fileExists(staged)) {
+        restoreInterrupted(record, target, log);
         return Outcome::Undecided;
+    }
     log.write("RENOMEANDO %s para %s\n", target.c_str(), backup.c_str());
-    if (fileExists(backup))
-        platform::deleteFile(record.backup); // a failure shows in the move below
+    bool oldFileThere = existsUnlowered(record.target);
+    if (fileExists(backup)) {
+        // Without the old file the backup is the only copy of the version before: an
+        // earlier run stopped after setting it aside. Keep it and finish that run's work.
+        if (oldFileThere)
+            platform::deleteFile(record.backup); // a failure shows in the move below
+        else
+            log.write("Mantido backup do arquivo %s\n", target.c_str());
+    }
     if (fileExists(target)) {
         if (!platform::moveFile(record.target, record.backup)) {
             log.write("Falhou exclus\343o do arquivo %s\n", target.c_str());

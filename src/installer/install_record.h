@@ -34,6 +34,12 @@ enum class Outcome {
 
 // Moves the staged file into place, the replaced file kept under the backup name, and
 // logs each step. Log lines show the paths as the existence tests have lowered them.
+//
+// The only copy of a version is never deleted. A backup is replaced only while the old
+// file is there to take its place. A run that finds the state an interrupted run leaves
+// (old file set aside, new one not yet moved in) finishes from the files: with the staged
+// file there it keeps the backup ("Mantido backup do arquivo") and moves the new file in;
+// with the staged file gone it puts the backup back ("Restaurado backup do arquivo").
 Outcome installRecord(const InstallRecord &record, InstallLog &log);
 
 } // namespace zq::installer

@@ -154,6 +154,42 @@ TEST(installerRun, LastDecidedRecordDecidesTheRelaunch) {
     }
 }
 
+// What a run killed between setting the old file aside and moving the new one in leaves:
+// no file at the target, the old version as the backup, and, unless it went since, the
+// staged file. The next run finishes the install, or puts the old file back.
+TEST(installerRun, RunAfterAnInterruptedOneFinishesItFromTheFiles) {
+    InstallerSandbox box("install-interrupted");
+    std::filesystem::create_directories(box.path("Files"));
+    std::string finish = box.path("Files/Prog.bin"), undo = box.path("Files/Data.bin");
+    writeFile(box.path("Files/_Prog.bin"), "old prog");
+    writeFile(finish + "~", "new prog");
+    writeFile(box.path("Files/_Data.bin"), "old data");
+    box.createInstallDatabase(kDatabase, {{finish + "~", "2"}, {undo + "~", "3"}});
+
+    ASSERT_EQ(runInstaller(kDatabase), 0);
+
+    EXPECT_EQ(readFile(finish), "new prog");
+    EXPECT_EQ(readFile(box.path("Files/_Prog.bin")), "old prog");
+    EXPECT_FALSE(pathExists(finish + "~"));
+    EXPECT_EQ(readFile(undo), "old data");
+    EXPECT_FALSE(pathExists(box.path("Files/_Data.bin")));
+    std::vector<std::string> lines = box.logLines();
+    auto first = std::find(lines.begin(), lines.end(), "INSTALANDO " + finish + "~");
+    ASSERT_NE(first, lines.end());
+    std::vector<std::string> expected = {
+        "INSTALANDO " + finish + "~",
+        "RENOMEANDO " + finish + " para " + box.path("Files/_Prog.bin"),
+        "Mantido backup do arquivo " + finish,
+        "COPIANDO " + lower(finish + "~") + " para " + finish,
+        "Instalado o arquivo " + finish + " vers\343o 2",
+        "INSTALANDO " + undo + "~",
+        "Restaurado backup do arquivo " + undo,
+        "",
+        "Install END",
+    };
+    EXPECT_EQ(std::vector<std::string>(first, lines.end()), expected);
+}
+
 TEST(installerRun, WindowThatNeverGoesStopsTheInstallAfterFortyPasses) {
     InstallerSandbox box("install-stuck");
     std::string file = box.path("Stuck.txt");
