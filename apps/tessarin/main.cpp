@@ -3,5 +3,5 @@
 #include "platform/processes.h"
 
 int main(int argc, char **argv) {
-    return zq::installer::runInstaller(zq::platform::commandLineArguments(argc, argv));
+    return zq::installer::runInstaller(zq::platform::wholeCommandLine(argc, argv));
 }

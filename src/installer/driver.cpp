@@ -61,6 +61,12 @@ Outcome installRecords(DmOpenRef db, InstallLog &log) {
         }
         InstallRecord record = readInstallRecord(std::span(data, MemHandleSize(handle)));
         MemHandleUnlock(handle); // the record is copied out; moving files may take a while
+        if (!acceptableText(record.staged) || !acceptableText(record.version)) {
+            // Cut, it would name another file; printed, it would break the log's lines.
+            log.write("INSTALANDO Recusado Registro %d\n", static_cast<int>(index));
+            outcome = Outcome::Failed;
+            continue;
+        }
         if (Outcome decided = installRecord(record, log); decided != Outcome::Undecided)
             outcome = decided;
     }
@@ -69,7 +75,7 @@ Outcome installRecords(DmOpenRef db, InstallLog &log) {
 
 // Finds, opens, installs and deletes the install database.
 Outcome installDatabase(const std::string &name, InstallLog &log, QuietRun &quiet) {
-    if (name.empty()) {
+    if (name.empty() || name.size() > kMaxText) {
         log.write("Nome %s inv\341lido!\n", name.c_str());
         return Outcome::Failed;
     }
@@ -95,6 +101,20 @@ Outcome installDatabase(const std::string &name, InstallLog &log, QuietRun &quie
     return outcome;
 }
 
+// A path that does not fit the installer's texts is refused, never cut: cut, it would name
+// another directory or program. False when the directory itself does not fit: then nothing
+// is installed. A program to start that does not fit is only never started.
+bool pathsFit(const std::string &directory, const Parameters &params, InstallLog &log, bool &programFits) {
+    programFits = params.program.size() <= kMaxText;
+    if ((directory + kLogName).size() > kMaxText) {
+        log.write("Caminho longo demais: %s\n", directory.c_str());
+        return false;
+    }
+    if (!programFits)
+        log.write("Caminho longo demais: %s\n", params.program.c_str());
+    return true;
+}
+
 } // namespace
 
 int runInstaller(std::string_view commandLine) {
@@ -105,22 +125,23 @@ int runInstaller(std::string_view commandLine) {
     if (platform::bringWindowForward(kInstallerClass) || !claimed)
         return 0;
     platform::Window self = platform::createWindow(kInstallerClass, kInstallerClass);
-    Parameters params = splitCommandLine(commandLine);
+    Parameters params = splitCommandLine(argumentsAfterProgramName(commandLine));
     std::string directory = platform::programDirectory() + platform::directorySeparator();
     InstallLog log = InstallLog::openIn(directory);
     QuietRun quiet(log);
     Outcome outcome = Outcome::Failed;
+    bool programFits = false;
     if (log.isOpen()) {
         log.write("Install BEGIN\n");
         log.write("PARAM1=%s\nPARAM2=%s\n", params.database.c_str(), params.program.c_str());
-        if (waitForApplication(log))
+        if (pathsFit(directory, params, log, programFits) && waitForApplication(log))
             outcome = installDatabase(params.database, log, quiet);
     }
     StorageClose();
     pause(kEndPauseMs);
     if (!log.isOpen())
         return 0;
-    if (outcome == Outcome::Installed && !params.program.empty())
+    if (outcome == Outcome::Installed && programFits && !params.program.empty())
         relaunch(params.program, log);
     log.write("\nInstall END\n");
     log.close();

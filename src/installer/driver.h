@@ -21,8 +21,8 @@ inline constexpr uint32_t kWaitPassMs = 200;
 inline constexpr uint32_t kRecordPauseMs = 2000;
 inline constexpr uint32_t kEndPauseMs = 500;
 
-// Runs one install for a command line (without the program name) and returns 0, whatever
-// happened: the log tells the outcome.
+// Runs one install for the whole command line (program name first, which is skipped) and
+// returns 0, whatever happened: the log tells the outcome.
 int runInstaller(std::string_view commandLine);
 
 } // namespace zq::installer

@@ -10,7 +10,7 @@ namespace zq::installer {
 InstallLog InstallLog::open(const std::string &directory, const char *mode) {
     InstallLog log;
     // Private, so that a program started later does not keep the log open.
-    log.stream_.reset(platform::openPrivateStream((directory + "inst.txt").c_str(), mode));
+    log.stream_.reset(platform::openPrivateStream((directory + kLogName).c_str(), mode));
     // The application's hand-off may still be writing its last lines after it has started
     // the installer: each waits for the other's lines to be complete.
     if (log.stream_)

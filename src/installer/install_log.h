@@ -7,6 +7,8 @@
 
 namespace zq::installer {
 
+inline constexpr char kLogName[] = "inst.txt";
+
 class InstallLog {
 public:
     // Opens "inst.txt" in `directory` (which ends with its separator) for appending in

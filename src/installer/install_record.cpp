@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "installer/command_line.h"
 #include "installer/file_exists.h"
 #include "platform/files.h"
 #include "platform/process.h"
@@ -49,10 +48,10 @@ InstallRecord readInstallRecord(std::span<const std::byte> bytes) {
     InstallRecord record;
     std::string staged = textAt(bytes, 0);
     // The version starts two bytes after the staged text: past its NUL and the skipped byte.
-    record.version = clipText(textAt(bytes, staged.size() + 2));
-    record.staged = clipText(staged);
+    record.version = textAt(bytes, staged.size() + 2);
+    record.staged = staged;
     record.target = record.staged.substr(0, record.staged.empty() ? 0 : record.staged.size() - 1);
-    record.backup = clipText(backupPath(record.target));
+    record.backup = backupPath(record.target);
     return record;
 }
 

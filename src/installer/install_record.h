@@ -19,8 +19,8 @@ struct InstallRecord {
     std::string backup;  // target with '_' put after its last separator; target if none
 };
 
-// Reads a record's bytes. Texts stop at their NUL or at the record's end and are clipped
-// to kMaxText bytes; a record too short for a version gives an empty one.
+// Reads a record's bytes. Texts stop at their NUL or at the record's end, whatever their
+// length; a record too short for a version gives an empty one.
 InstallRecord readInstallRecord(std::span<const std::byte> bytes);
 
 // The backup name of a target path.

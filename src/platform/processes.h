@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace zq::platform {
 
@@ -64,10 +65,23 @@ struct StartedProcess {
 
 // Starts the program file `application` in this process's environment and current
 // directory, inheriting no handles. `commandLine` (null: none) is the whole command line,
-// program name first; on POSIX it is cut at every blank into the arguments, so joining
-// them with single blanks gives it back. The new program's start-up record asks for its
+// program name first; on POSIX the program name ends as on Windows (a name starting with
+// a double quote runs to the closing one, which is dropped; else it ends at the first
+// blank) and the rest is cut at every blank into the arguments, so joining them with
+// single blanks gives the rest back. The new program's start-up record asks for its
 // first window to be hidden, placed and sized at 0. False when the program cannot start.
 bool startProgram(const char *application, const char *commandLine, StartedProcess &out);
+
+// A program name as the first word of a command line: in double quotes when it holds a
+// blank or a tab, the usual convention of Windows programs; else as it is.
+std::string commandLineName(const std::string &name);
+
+// Starts `application` as startProgram does, giving it `arguments`, the first being its
+// program name. On Windows the command line is commandLineName(first) followed by each
+// further argument after one blank, as it is (the programs of this system read the text
+// after their name as it is); on POSIX the arguments are the program's argv, unchanged.
+bool startProgramWithArguments(const char *application, const std::vector<std::string> &arguments,
+                               StartedProcess &out);
 
 // Waits until the process ends and returns its exit code (128 + signal on POSIX when a
 // signal ended it), or -1 when it cannot be waited for.
@@ -81,9 +95,10 @@ void sleepMilliseconds(uint32_t ms);
 
 uint32_t currentProcessId();
 
-// The command line this program was given, without its program name: on Windows the raw
-// text after the program name; on POSIX the arguments after argv[0] joined by blanks.
-std::string commandLineArguments(int argc, char **argv);
+// The whole command line this program was given, program name first: on Windows the raw
+// text; on POSIX commandLineName(argv[0]) and then the arguments after it, each after one
+// blank.
+std::string wholeCommandLine(int argc, char **argv);
 
 // fopen that keeps the stream from being inherited by programs started later.
 std::FILE *openPrivateStream(const char *path, const char *mode);

@@ -26,7 +26,39 @@ TEST(installerCommandLine, SplitsAtTheFirstBlankAndDefaultsTheDatabase) {
         EXPECT_EQ(p.program, c.program) << '"' << c.line << '"';
     }
     Parameters longOne = splitCommandLine("A " + std::string(400, 'p'));
-    EXPECT_EQ(longOne.program, std::string(kMaxText, 'p'));
+    EXPECT_EQ(longOne.program, std::string(400, 'p')); // never cut; the driver refuses it
+}
+
+TEST(installerCommandLine, ProgramNameEndsWhereItsQuotesOrTheHandOffsShapeSay) {
+    struct Case {
+        const char *line, *arguments;
+    };
+    const Case cases[] = {
+        {"", ""},
+        {"Tessarin.exe", ""},
+        {"Tessarin.exe A.tLog /opt/app", "A.tLog /opt/app"},
+        {"Tessarin.exe \t A.tLog", "A.tLog"},
+        {"\"C:\\Program Files\\App\\app.exe\" ZELQAINST.tLog C:\\Program Files\\App\\app.exe",
+         "ZELQAINST.tLog C:\\Program Files\\App\\app.exe"},
+        {"\"C:\\no end", ""},
+        // The hand-off's shape without quotes: the name is found again at the line's end.
+        {"C:\\Program Files\\App\\app.exe ZELQAINST.tLog C:\\Program Files\\App\\app.exe",
+         "ZELQAINST.tLog C:\\Program Files\\App\\app.exe"},
+        {"/opt/my app/\351 ZELQAINST.tLog /opt/my app/\351", "ZELQAINST.tLog /opt/my app/\351"},
+        {"/opt/my app ZELQAINST.tLog /opt/other app", "app ZELQAINST.tLog /opt/other app"},
+        {"a b a", "b a"},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(argumentsAfterProgramName(c.line), c.arguments) << '"' << c.line << '"';
+}
+
+TEST(installerCommandLine, TextsTooLongOrHoldingControlCharactersAreNotAcceptable) {
+    EXPECT_TRUE(acceptableText(""));
+    EXPECT_TRUE(acceptableText(std::string(kMaxText, 'a')));
+    EXPECT_TRUE(acceptableText("C:\\Program Files\\Caf\351 \377"));
+    EXPECT_FALSE(acceptableText(std::string(kMaxText + 1, 'a')));
+    for (char c : {'\n', '\r', '\t', '\x01', '\x1f', '\x7f'})
+        EXPECT_FALSE(acceptableText(std::string("a") + c + "b")) << int(c);
 }
 
 std::span<const std::byte> bytesOf(const std::string &s) {

@@ -8,6 +8,7 @@
 
 #include <fstream>
 
+#include "platform/process.h"
 #include "platform/windows.h"
 #include "support/installer_sandbox.h"
 #include "support/unattended.h"
@@ -354,6 +355,62 @@ TEST(installerRun, RuntimeErrorIsLoggedUnseenAndTheUnreadableDatabaseGoes) {
     EXPECT_EQ(lines.back(), "Install END");
     EXPECT_EQ(box.recordCount(kDatabase), -1);
     EXPECT_EQ(readFile(file + "~"), "staged");
+}
+
+const size_t kLongest = 255; // the longest text the installer takes
+
+// Texts the installer cannot take are refused, never cut: the staged path below, cut to
+// 255 bytes, would name another staged file and move it over its target.
+TEST(installerRun, RecordsAndProgramTheInstallerCannotTakeAreRefusedNeverCut) {
+    InstallerSandbox box("install-refused");
+    std::string dir = box.path("");
+    std::string cutTarget = dir + std::string(kLongest - dir.size() - 1, 'a');
+    writeFile(cutTarget, "kept");
+    writeFile(cutTarget + "~", "never staged by this record");
+    std::string good = box.path("Good.txt"), tab = box.path("Tab\tName.txt");
+    writeFile(good + "~", "good");
+    writeFile(tab + "~", "tab");
+    box.createInstallDatabase(kDatabase, {{cutTarget + "~b~", "1"}, {tab + "~", "2"}, {good + "~", "3\n4"},
+                                          {good + "~", "5"}});
+    std::string program = box.path(std::string(300, 'p'));
+
+    ASSERT_EQ(runInstaller(std::string(kDatabase) + " " + program), 0);
+
+    EXPECT_EQ(readFile(cutTarget), "kept");
+    EXPECT_EQ(readFile(cutTarget + "~"), "never staged by this record");
+    EXPECT_EQ(readFile(tab + "~"), "tab");
+    EXPECT_EQ(readFile(good), "good");
+    std::vector<std::string> lines = box.logLines();
+    EXPECT_EQ(countLines(lines, "Caminho longo demais: " + program), 1);
+    for (int index : {0, 1, 2})
+        EXPECT_EQ(countLines(lines, "INSTALANDO Recusado Registro " + std::to_string(index)), 1) << index;
+    EXPECT_EQ(countLines(lines, "Instalado o arquivo " + good + " vers\343o 5"), 1);
+    EXPECT_FALSE(hasLineStarting(lines, " CreateProcess")); // the last record installed, but no program
+    EXPECT_FALSE(hasLineStarting(lines, "CreateProcess"));
+}
+
+// A directory whose log path would not fit: nothing is installed, and nothing lands in a
+// directory named by a cut path.
+TEST(installerRun, ProgramDirectoryTooLongIsRefusedBeforeStorageIsTouched) {
+    InstallerSandbox box("install-long-dir");
+    std::string top = box.path("");
+    std::string dir = top + std::string(kLongest + 1 - std::string("/inst.txt").size() - top.size(), 'd');
+    std::filesystem::create_directories(dir);
+    platform::setEnvironment("ZELQA_PROGRAM_DIR", dir.c_str());
+
+    EXPECT_EQ(runInstaller(std::string(kDatabase) + " " + applicationPath()), 0);
+
+    std::string sep(1, platform::directorySeparator());
+    std::vector<std::string> expected = {"Install BEGIN", "PARAM1=ZELQAINST.tLog", "PARAM2=" + applicationPath(),
+                                         "Caminho longo demais: " + dir + sep, "", "Install END"};
+    std::string log = readFile(dir + sep + "inst.txt");
+    log.erase(std::remove(log.begin(), log.end(), '\r'), log.end());
+    std::string whole;
+    for (const std::string &line : expected)
+        whole += line + "\n";
+    EXPECT_EQ(log, whole);
+    EXPECT_FALSE(pathExists(dir + sep + "DB"));
+    EXPECT_FALSE(pathExists(top + "inst.txt"));
 }
 
 } // namespace

@@ -28,7 +28,7 @@ std::string runtimeLibrary() { return onPosix() ? "libzelqa.so" : "zelqa.dll"; }
 // Runs the sample application of the build with the sandbox as its directory.
 int runSample(const std::string &arguments) {
     std::string program = appPath(programName("sample"));
-    std::string line = program + " " + arguments;
+    std::string line = platform::commandLineName(program) + " " + arguments;
     platform::StartedProcess started;
     if (!platform::startProgram(program.c_str(), line.c_str(), started))
         return -1;
@@ -80,21 +80,39 @@ TEST_F(HandOff, InstallerWithoutInstallDatabaseIsNotStarted) {
     EXPECT_EQ(box_.logLines(), expected);
 }
 
+// An installer path the installer could not take itself is refused at the hand-off,
+// before anything is looked up or started.
+TEST_F(HandOff, ProgramDirectoryTooLongForTheInstallerIsRefused) {
+    std::string sep(1, platform::directorySeparator());
+    std::string dir = dir_ + std::string(256 - dir_.size() - 1 - std::string("Tessarin.exe").size(), 'd');
+    fs::create_directories(dir);
+    fs::copy_file(appPath("Tessarin.exe"), dir + sep + "Tessarin.exe");
+    platform::setEnvironment("ZELQA_PROGRAM_DIR", dir.c_str());
+
+    EXPECT_EQ(runSample("--shutdown"), 0);
+
+    std::string log = readFile(dir + sep + "inst.txt");
+    log.erase(std::remove(log.begin(), log.end(), '\r'), log.end());
+    EXPECT_EQ(log, "DIRAPP=" + dir + sep + "\nCaminho longo demais: " + dir + sep + "Tessarin.exe\n");
+}
+
 // Copies the programs an installed application has into the sandbox.
 void installApplication(const InstallerSandbox &box) {
     for (const std::string &file : {programName("sample"), runtimeLibrary(), std::string("Tessarin.exe")})
         fs::copy_file(appPath(file), box.path(file));
 }
 
+// The application lives where blanks and a Latin-1 byte are in its path, as under
+// "C:\Program Files": the hand-off's command line still reaches the installer whole.
 TEST(UpdateCycle, ApplicationStagesItsSuccessorAndComesBackAsIt) {
-    InstallerSandbox box("update-cycle");
+    InstallerSandbox box("Update Cycle \351", std::string(ZQ_TEST_BIN_DIR) + "/Program Files");
     installApplication(box);
     std::string dir = box.path("");
     std::string app = box.path(programName("sample"));
     std::string successor = appPath(programName("sample-next"));
     std::string version1 = readFile(app);
 
-    std::string program = app, line = app + " --update-from " + successor + " 2.0";
+    std::string program = app, line = platform::commandLineName(app) + " --update-from " + successor + " 2.0";
     platform::StartedProcess started;
     ASSERT_TRUE(platform::startProgram(program.c_str(), line.c_str(), started));
     EXPECT_EQ(platform::waitForExit(started.process), 0);

@@ -43,7 +43,14 @@ std::string recordBytes(const StagedRecord &record) {
 
 } // namespace
 
-InstallerSandbox::InstallerSandbox(const std::string &name) : dir_(freshDirectory(name)) {
+InstallerSandbox::InstallerSandbox(const std::string &name) : InstallerSandbox(name, "") {}
+
+InstallerSandbox::InstallerSandbox(const std::string &name, const std::string &parent)
+    : dir_(parent.empty() ? freshDirectory(name) : std::filesystem::path(nativePath(parent)) / name) {
+    if (!parent.empty()) {
+        std::filesystem::remove_all(dir_);
+        std::filesystem::create_directories(dir_);
+    }
     platform::setEnvironment("ZELQA_PROGRAM_DIR", dir_.string().c_str());
     std::filesystem::create_directories(dir_ / "windows");
     platform::setEnvironment("ZELQA_WINDOW_DIR", (dir_ / "windows").string().c_str());
@@ -108,7 +115,8 @@ std::string applicationPath() { return appPath(platform::directorySeparator() ==
 platform::StartedProcess startInstaller(const std::string &arguments) {
     platform::StartedProcess started;
     std::string program = appPath("Tessarin.exe");
-    std::string line = arguments.empty() ? program : program + " " + arguments;
+    std::string name = platform::commandLineName(program);
+    std::string line = arguments.empty() ? name : name + " " + arguments;
     platform::startProgram(program.c_str(), line.c_str(), started);
     return started;
 }
@@ -121,7 +129,7 @@ int runInstaller(const std::string &arguments) {
 platform::StartedProcess startApplication(uint32_t holdMs) {
     platform::StartedProcess started;
     std::string program = applicationPath();
-    std::string line = program + " " + std::to_string(holdMs);
+    std::string line = platform::commandLineName(program) + " " + std::to_string(holdMs);
     if (platform::startProgram(program.c_str(), line.c_str(), started))
         eventually([] { return platform::windowExists("OO_Window32"); });
     return started;

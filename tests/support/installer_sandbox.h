@@ -24,6 +24,9 @@ struct StagedRecord {
 class InstallerSandbox {
 public:
     explicit InstallerSandbox(const std::string &name);
+    // The same in a directory `name` made afresh in `parent` (a path as POSIX writes it;
+    // under wine the drive Z: maps it), for paths that hold blanks and Latin-1 bytes.
+    InstallerSandbox(const std::string &name, const std::string &parent);
     ~InstallerSandbox();
     InstallerSandbox(const InstallerSandbox &) = delete;
     InstallerSandbox &operator=(const InstallerSandbox &) = delete;

@@ -6,11 +6,15 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <functional>
 
 namespace zq::test {
 
+// Builds of other checkouts run their tests on the same machine at the same time: each
+// build keeps its scratch directories apart, named after its own test directory.
 std::filesystem::path freshDirectory(const std::string &name) {
-    auto dir = std::filesystem::temp_directory_path() / ("zelqa-" + name);
+    std::string build = std::to_string(std::hash<std::string>{}(ZQ_TEST_BIN_DIR) % 1000000);
+    auto dir = std::filesystem::temp_directory_path() / ("zelqa-" + build) / name;
     std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
     return dir;

@@ -7,7 +7,8 @@
 
 namespace zq::test {
 
-// A fresh empty directory under the system's temporary directory.
+// A fresh empty directory under the system's temporary directory, apart from those of
+// other builds.
 std::filesystem::path freshDirectory(const std::string &name);
 
 // Points ZELQA_BOX_LOG at a fresh file and answers every box with `answer`.

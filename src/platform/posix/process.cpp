@@ -9,10 +9,20 @@
 namespace zq::platform {
 namespace {
 
+// The whole path, however long: a buffer the link fills completely may have cut it, so it
+// grows until the link fits with room to spare.
 std::string executablePath() {
-    char path[PATH_MAX] = {};
-    ssize_t n = readlink("/proc/self/exe", path, sizeof path - 1);
-    return n > 0 ? std::string(path, static_cast<size_t>(n)) : std::string("./program");
+    std::string path(PATH_MAX, '\0');
+    for (;;) {
+        ssize_t n = readlink("/proc/self/exe", path.data(), path.size());
+        if (n <= 0)
+            return "./program";
+        if (static_cast<size_t>(n) < path.size()) {
+            path.resize(static_cast<size_t>(n));
+            return path;
+        }
+        path.resize(path.size() * 2);
+    }
 }
 
 } // namespace

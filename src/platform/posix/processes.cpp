@@ -8,6 +8,7 @@
 #include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <string_view>
 #include <vector>
 
 extern char **environ;
@@ -16,27 +17,39 @@ namespace zq::platform {
 
 namespace {
 
-// Cuts at every blank, keeping empty words, so that joining with blanks restores the line.
-std::vector<std::string> splitAtBlanks(const char *line) {
-    std::vector<std::string> words(1);
-    for (const char *p = line; *p; ++p) {
-        if (*p == ' ')
+// Cuts at every blank, keeping empty words, so that joining with blanks restores the text.
+void splitAtBlanks(std::string_view text, std::vector<std::string> &words) {
+    words.emplace_back();
+    for (char c : text) {
+        if (c == ' ')
             words.emplace_back();
         else
-            words.back() += *p;
+            words.back() += c;
     }
+}
+
+// The program name as Windows programs find it, then the rest cut at every blank.
+std::vector<std::string> splitCommandLine(std::string_view line) {
+    std::vector<std::string> words;
+    size_t nameEnd = 0, restStart = std::string_view::npos;
+    if (!line.empty() && line[0] == '"') {
+        size_t close = line.find('"', 1);
+        words.emplace_back(line.substr(1, close == std::string_view::npos ? close : close - 1));
+        nameEnd = close == std::string_view::npos ? line.size() : close + 1;
+        if (nameEnd < line.size() && line[nameEnd] == ' ')
+            restStart = nameEnd + 1;
+    } else {
+        nameEnd = line.find(' ');
+        words.emplace_back(line.substr(0, nameEnd));
+        if (nameEnd != std::string_view::npos)
+            restStart = nameEnd + 1;
+    }
+    if (restStart != std::string_view::npos)
+        splitAtBlanks(line.substr(restStart), words);
     return words;
 }
 
-} // namespace
-
-void closeHandle(HandleKind, std::intptr_t) noexcept {}
-
-bool startProgram(const char *application, const char *commandLine, StartedProcess &out) {
-    if (!application || !*application)
-        return false;
-    std::vector<std::string> words =
-        commandLine && *commandLine ? splitAtBlanks(commandLine) : std::vector<std::string>{application};
+bool spawn(const char *application, std::vector<std::string> words, StartedProcess &out) {
     std::vector<char *> argv;
     for (std::string &word : words)
         argv.push_back(word.data());
@@ -49,6 +62,25 @@ bool startProgram(const char *application, const char *commandLine, StartedProce
     out.process = ProcessHandle(pid, static_cast<uint32_t>(pid));
     out.thread = ThreadHandle(pid, static_cast<uint32_t>(pid));
     return true;
+}
+
+} // namespace
+
+void closeHandle(HandleKind, std::intptr_t) noexcept {}
+
+bool startProgram(const char *application, const char *commandLine, StartedProcess &out) {
+    if (!application || !*application)
+        return false;
+    if (!commandLine || !*commandLine)
+        return spawn(application, {application}, out);
+    return spawn(application, splitCommandLine(commandLine), out);
+}
+
+bool startProgramWithArguments(const char *application, const std::vector<std::string> &arguments,
+                               StartedProcess &out) {
+    if (!application || !*application || arguments.empty())
+        return false;
+    return spawn(application, arguments, out);
 }
 
 int waitForExit(const ProcessHandle &process) {
@@ -76,13 +108,10 @@ void sleepMilliseconds(uint32_t ms) {
 
 uint32_t currentProcessId() { return static_cast<uint32_t>(getpid()); }
 
-std::string commandLineArguments(int argc, char **argv) {
-    std::string line;
-    for (int i = 1; i < argc; ++i) {
-        if (i > 1)
-            line += ' ';
-        line += argv[i];
-    }
+std::string wholeCommandLine(int argc, char **argv) {
+    std::string line = argc > 0 ? commandLineName(argv[0]) : std::string();
+    for (int i = 1; i < argc; ++i)
+        line += std::string(" ") + argv[i];
     return line;
 }
 

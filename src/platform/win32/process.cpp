@@ -5,14 +5,25 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 namespace zq::platform {
 namespace {
 
+// The whole path, however long: a buffer the path fills completely may have cut it, so it
+// grows until the path fits with room to spare.
 std::string executablePath() {
-    char path[512] = {};
-    DWORD n = GetModuleFileNameA(nullptr, path, sizeof path - 1);
-    return std::string(path, n);
+    std::string path(512, '\0');
+    for (;;) {
+        DWORD n = GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (n == 0)
+            return std::string();
+        if (n < path.size() - 1) {
+            path.resize(n);
+            return path;
+        }
+        path.resize(path.size() * 2);
+    }
 }
 
 } // namespace

@@ -27,6 +27,16 @@ bool startProgram(const char *application, const char *commandLine, StartedProce
     return true;
 }
 
+bool startProgramWithArguments(const char *application, const std::vector<std::string> &arguments,
+                               StartedProcess &out) {
+    if (arguments.empty())
+        return false;
+    std::string line = commandLineName(arguments.front());
+    for (size_t i = 1; i < arguments.size(); ++i)
+        line += " " + arguments[i];
+    return startProgram(application, line.c_str(), out);
+}
+
 int waitForExit(const ProcessHandle &process) {
     HANDLE h = reinterpret_cast<HANDLE>(process.handle());
     DWORD code = 0;
@@ -44,23 +54,7 @@ void sleepMilliseconds(uint32_t ms) { Sleep(ms); }
 
 uint32_t currentProcessId() { return GetCurrentProcessId(); }
 
-// The text after the program name, skipped as the C runtime does for WinMain: a quoted
-// name up to its closing quote, else up to the first blank or tab; then the blanks after it.
-std::string commandLineArguments(int, char **) {
-    const char *p = GetCommandLineA();
-    if (*p == '"') {
-        for (++p; *p && *p != '"'; ++p) {
-        }
-        if (*p == '"')
-            ++p;
-    } else {
-        while (*p && *p != ' ' && *p != '\t')
-            ++p;
-    }
-    while (*p == ' ' || *p == '\t')
-        ++p;
-    return p;
-}
+std::string wholeCommandLine(int, char **) { return GetCommandLineA(); }
 
 // Programs are started without inherited handles, so a plain stream is already private.
 std::FILE *openPrivateStream(const char *path, const char *mode) { return std::fopen(path, mode); }
