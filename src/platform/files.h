@@ -84,7 +84,12 @@ std::vector<std::string> listFiles(const std::string &directory);
 bool fileExists(const std::string &path);
 bool deleteFile(const std::string &path);
 bool moveFile(const std::string &from, const std::string &to); // fails when `to` exists
-bool createDirectory(const std::string &path);                 // an existing one is fine
+// Moves `from` over `to` in one step: `to` names the old file or the new one, never nothing.
+bool replaceFile(const std::string &from, const std::string &to);
+bool createDirectory(const std::string &path); // an existing one is fine
+// The path made absolute against the current directory, its bytes otherwise as given
+// (GetFullPathNameA on Windows, which also settles "." and ".."); empty on failure.
+std::string fullPath(const std::string &path);
 
 // The local clock as the system's time record: 16-bit fields in this order.
 struct LocalTime {

@@ -99,7 +99,7 @@ TEST_F(HandOff, ProgramDirectoryTooLongForTheInstallerIsRefused) {
 // Copies the programs an installed application has into the sandbox.
 void installApplication(const InstallerSandbox &box) {
     for (const std::string &file : {programName("sample"), runtimeLibrary(), std::string("Tessarin.exe")})
-        fs::copy_file(appPath(file), box.path(file));
+        copyFile(appPath(file), box.path(file));
 }
 
 // The application lives where blanks and a Latin-1 byte are in its path, as under
@@ -154,57 +154,6 @@ TEST(UpdateCycle, ApplicationStagesItsSuccessorAndComesBackAsIt) {
         EXPECT_EQ(lower(lines[i]), lower(expected[i])) << "line " << i;
     EXPECT_EQ(lines[expected.size()].rfind(" CreateProcess " + app + " OK. hProcess=", 0), 0u) << lines[expected.size()];
     EXPECT_EQ(lines.back(), "Install END");
-}
-
-class Staging : public ::testing::Test {
-protected:
-    void SetUp() override { __BeginGlobal(); }
-    void TearDown() override {
-        __EndGlobal();
-    }
-    InstallerSandbox box_{"staging"};
-};
-
-TEST_F(Staging, StagesListsReplacesAndCancels) {
-    writeFile(box_.path("new.bin"), "version two");
-    writeFile(box_.path("app.bin"), "version one");
-    ASSERT_EQ(zq_stage_file(box_.path("new.bin").c_str(), "app.bin", "2.0"), ZQ_STAGE_OK);
-    EXPECT_EQ(readFile(box_.path("app.bin~")), "version two");
-    ASSERT_EQ(zq_staged_count(), 1);
-
-    writeFile(box_.path("newer.bin"), "version three");
-    ASSERT_EQ(zq_stage_file(box_.path("newer.bin").c_str(), box_.path("app.bin").c_str(), "3.0"), ZQ_STAGE_OK);
-    ASSERT_EQ(zq_staged_count(), 1); // staged again: one record, the newest
-    char staged[256], version[256];
-    ASSERT_EQ(zq_staged_entry(0, staged, sizeof staged, version, sizeof version), ZQ_STAGE_OK);
-    EXPECT_EQ(std::string(staged), box_.path("app.bin~"));
-    EXPECT_EQ(std::string(version), "3.0");
-    EXPECT_EQ(readFile(box_.path("app.bin~")), "version three");
-    EXPECT_EQ(zq_staged_entry(1, staged, sizeof staged, version, sizeof version), ZQ_STAGE_BAD_ARGUMENT);
-
-    EXPECT_EQ(zq_cancel_staged(), ZQ_STAGE_OK);
-    EXPECT_FALSE(pathExists(box_.path("app.bin~")));
-    EXPECT_EQ(zq_staged_count(), 0);
-    EXPECT_EQ(zq_cancel_staged(), ZQ_STAGE_NOTHING_STAGED);
-    EXPECT_EQ(readFile(box_.path("app.bin")), "version one");
-}
-
-TEST_F(Staging, RefusesBadInputAndLeavesNothingBehind) {
-    writeFile(box_.path("empty.bin"), "");
-    writeFile(box_.path("new.bin"), "content");
-    EXPECT_EQ(zq_stage_file(box_.path("missing.bin").c_str(), "app.bin", "1"), ZQ_STAGE_NO_SOURCE);
-    EXPECT_EQ(zq_stage_file(box_.path("empty.bin").c_str(), "app.bin", "1"), ZQ_STAGE_NO_SOURCE);
-    EXPECT_EQ(zq_stage_file(box_.path("").c_str(), "app.bin", "1"), ZQ_STAGE_NO_SOURCE);
-    EXPECT_EQ(zq_stage_file(box_.path("new.bin").c_str(), std::string(260, 'a').c_str(), "1"), ZQ_STAGE_TOO_LONG);
-    EXPECT_EQ(zq_stage_file(box_.path("new.bin").c_str(), "app.bin", std::string(256, '9').c_str()),
-              ZQ_STAGE_TOO_LONG);
-    EXPECT_EQ(zq_stage_file(box_.path("new.bin").c_str(), "no-such-dir/app.bin", "1"), ZQ_STAGE_CANNOT_COPY);
-    EXPECT_EQ(zq_stage_file(nullptr, "app.bin", "1"), ZQ_STAGE_BAD_ARGUMENT);
-    EXPECT_EQ(zq_staged_count(), 0);
-    for (const auto &entry : fs::directory_iterator(box_.path("")))
-        EXPECT_TRUE(entry.path().filename() == "new.bin" || entry.path().filename() == "empty.bin" ||
-                    entry.path().filename() == "DB" || entry.path().filename() == "windows")
-            << entry.path();
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 // Test support for the installer: sandbox directory, install databases, processes.
 #include "support/installer_sandbox.h"
 
-#include <fstream>
+#include <cstdio>
 #include <sstream>
 
+#include "platform/file_search.h"
+#include "platform/files.h"
 #include "platform/process.h"
 #include "platform/windows.h"
 #include "support/unattended.h"
@@ -45,15 +47,22 @@ std::string recordBytes(const StagedRecord &record) {
 
 InstallerSandbox::InstallerSandbox(const std::string &name) : InstallerSandbox(name, "") {}
 
-InstallerSandbox::InstallerSandbox(const std::string &name, const std::string &parent)
-    : dir_(parent.empty() ? freshDirectory(name) : std::filesystem::path(nativePath(parent)) / name) {
-    if (!parent.empty()) {
-        std::filesystem::remove_all(dir_);
-        std::filesystem::create_directories(dir_);
+// Paths are kept as the system's own bytes: under Windows std::filesystem reads narrow
+// texts as UTF-8, while the system's calls read them in the ANSI code page, so a Latin-1
+// name passes through std::filesystem only when it holds no such byte.
+InstallerSandbox::InstallerSandbox(const std::string &name, const std::string &parent) {
+    if (parent.empty()) {
+        dir_ = nativePath(freshDirectory(name).string());
+    } else {
+        std::string top = nativePath(parent); // made afresh, with no byte outside ASCII
+        std::filesystem::remove_all(top);
+        std::filesystem::create_directories(top);
+        dir_ = top + platform::directorySeparator() + name;
+        platform::createDirectory(dir_);
     }
-    platform::setEnvironment("ZELQA_PROGRAM_DIR", dir_.string().c_str());
-    std::filesystem::create_directories(dir_ / "windows");
-    platform::setEnvironment("ZELQA_WINDOW_DIR", (dir_ / "windows").string().c_str());
+    platform::setEnvironment("ZELQA_PROGRAM_DIR", dir_.c_str());
+    platform::createDirectory(path("windows"));
+    platform::setEnvironment("ZELQA_WINDOW_DIR", path("windows").c_str());
 }
 
 InstallerSandbox::~InstallerSandbox() {
@@ -63,7 +72,7 @@ InstallerSandbox::~InstallerSandbox() {
 }
 
 std::string InstallerSandbox::path(const std::string &relative) const {
-    return nativePath((dir_ / relative).string());
+    return dir_ + platform::directorySeparator() + nativePath(relative);
 }
 
 void InstallerSandbox::createInstallDatabase(const std::string &name, const std::vector<StagedRecord> &records) const {
@@ -99,7 +108,7 @@ long InstallerSandbox::recordCount(const std::string &name) const {
 
 std::vector<std::string> InstallerSandbox::logLines() const {
     std::vector<std::string> lines;
-    std::istringstream in(readFile((dir_ / "inst.txt").string()));
+    std::istringstream in(readFile(path("inst.txt")));
     for (std::string line; std::getline(in, line);) {
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
@@ -136,16 +145,34 @@ platform::StartedProcess startApplication(uint32_t holdMs) {
 }
 
 void writeFile(const std::string &path, const std::string &content) {
-    std::ofstream(path, std::ios::binary) << content;
+    if (std::FILE *out = std::fopen(path.c_str(), "wb")) {
+        std::fwrite(content.data(), 1, content.size(), out);
+        std::fclose(out);
+    }
 }
 
 std::string readFile(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
+    std::string content;
+    if (std::FILE *in = std::fopen(path.c_str(), "rb")) {
+        char buffer[65536];
+        for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, in)) > 0;)
+            content.append(buffer, n);
+        std::fclose(in);
+    }
+    return content;
 }
 
-bool pathExists(const std::string &path) { return std::filesystem::exists(path); }
+void copyFile(const std::string &from, const std::string &to) {
+    if (platform::directorySeparator() == '/') {
+        std::filesystem::copy_file(from, to); // keeps the mode, so programs stay runnable
+        return;
+    }
+    writeFile(to, readFile(from));
+}
+
+bool pathExists(const std::string &path) {
+    platform::FoundFile found;
+    return platform::findFirstFile(path.c_str(), found);
+}
 
 } // namespace zq::test

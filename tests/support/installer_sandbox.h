@@ -31,7 +31,8 @@ public:
     InstallerSandbox(const InstallerSandbox &) = delete;
     InstallerSandbox &operator=(const InstallerSandbox &) = delete;
 
-    // The path of a file in the sandbox, with this system's separator.
+    // The path of a file in the sandbox ('/' in `relative` stands for this system's
+    // separator); path("") ends with the separator.
     std::string path(const std::string &relative) const;
 
     // Makes an install database holding the records and closes storage, so that another
@@ -45,7 +46,7 @@ public:
     std::vector<std::string> logLines() const;
 
 private:
-    std::filesystem::path dir_;
+    std::string dir_; // the sandbox's path as the system writes it, without a final separator
 };
 
 // A program built beside the installer: "Tessarin.exe" or "fake_app".
@@ -73,8 +74,10 @@ bool eventually(Predicate predicate) {
     return predicate();
 }
 
+// Files through the C library, which takes paths in the system's own encoding.
 void writeFile(const std::string &path, const std::string &content);
 std::string readFile(const std::string &path); // empty when missing
-bool pathExists(const std::string &path);
+void copyFile(const std::string &from, const std::string &to);
+bool pathExists(const std::string &path); // a file or a directory
 
 } // namespace zq::test

@@ -5,6 +5,8 @@
 #include "platform/files.h"
 
 #include <cerrno>
+#include <climits>
+#include <string>
 #include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
@@ -145,6 +147,21 @@ bool moveFile(const std::string &from, const std::string &to) {
         return false;
     }
     return rename(from.c_str(), to.c_str()) == 0;
+}
+
+bool replaceFile(const std::string &from, const std::string &to) { return rename(from.c_str(), to.c_str()) == 0; }
+
+std::string fullPath(const std::string &path) {
+    if (!path.empty() && path[0] == '/')
+        return path;
+    std::string dir(PATH_MAX, '\0');
+    while (!getcwd(dir.data(), dir.size())) {
+        if (errno != ERANGE)
+            return std::string();
+        dir.resize(dir.size() * 2);
+    }
+    dir.resize(std::char_traits<char>::length(dir.c_str()));
+    return path.empty() ? dir : dir + "/" + path;
 }
 
 bool createDirectory(const std::string &path) { return mkdir(path.c_str(), 0777) == 0 || errno == EEXIST; }

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace zq::platform {
 namespace {
 
@@ -142,6 +144,22 @@ bool fileExists(const std::string &path) {
 bool deleteFile(const std::string &path) { return DeleteFileA(path.c_str()) != 0; }
 
 bool moveFile(const std::string &from, const std::string &to) { return MoveFileA(from.c_str(), to.c_str()) != 0; }
+
+bool replaceFile(const std::string &from, const std::string &to) {
+    return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+std::string fullPath(const std::string &path) {
+    DWORD size = GetFullPathNameA(path.c_str(), 0, nullptr, nullptr);
+    if (size == 0)
+        return std::string();
+    std::string full(size, '\0');
+    DWORD n = GetFullPathNameA(path.c_str(), size, full.data(), nullptr);
+    if (n == 0 || n >= size)
+        return std::string();
+    full.resize(n);
+    return full;
+}
 
 bool createDirectory(const std::string &path) {
     return CreateDirectoryA(path.c_str(), nullptr) != 0 || GetLastError() == ERROR_ALREADY_EXISTS;
