@@ -62,9 +62,9 @@ bool copySummarized(const std::string &from, const std::string &to, Summary &cop
         if (copyObserver)
             copyObserver(copied.size);
     }
-    if (std::ferror(in.get()))
+    if (std::ferror(in.get()) || std::fclose(out.release()) != 0)
         return false;
-    return std::fclose(out.release()) == 0;
+    return platform::copyPermissions(from, to); // a staged program must stay runnable
 }
 
 } // namespace

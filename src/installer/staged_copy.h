@@ -12,7 +12,8 @@ enum class CopyResult {
     SourceChanged // `from` changed while it was copied
 };
 
-// Copies `from` into a new file `to` (an existing one is replaced), then reads both again:
+// Copies `from` into a new file `to` (an existing one is replaced), with `from`'s
+// permissions, then reads both again:
 // the size and checksum of the bytes copied, of the source as it is now and of the copy
 // must all agree. On any result but Copied, `to` is removed.
 CopyResult copyVerified(const std::string &from, const std::string &to);

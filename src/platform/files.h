@@ -87,6 +87,9 @@ bool moveFile(const std::string &from, const std::string &to); // fails when `to
 // Moves `from` over `to` in one step: `to` names the old file or the new one, never nothing.
 bool replaceFile(const std::string &from, const std::string &to);
 bool createDirectory(const std::string &path); // an existing one is fine
+// Gives `to` the permissions of `from` (on POSIX its mode, so a program stays runnable;
+// nothing to do on Windows). False when they cannot be read or set.
+bool copyPermissions(const std::string &from, const std::string &to);
 // The path made absolute against the current directory, its bytes otherwise as given
 // (GetFullPathNameA on Windows, which also settles "." and ".."); empty on failure.
 std::string fullPath(const std::string &path);

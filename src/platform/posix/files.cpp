@@ -164,6 +164,11 @@ std::string fullPath(const std::string &path) {
     return path.empty() ? dir : dir + "/" + path;
 }
 
+bool copyPermissions(const std::string &from, const std::string &to) {
+    struct stat st {};
+    return stat(from.c_str(), &st) == 0 && chmod(to.c_str(), st.st_mode & 07777) == 0;
+}
+
 bool createDirectory(const std::string &path) { return mkdir(path.c_str(), 0777) == 0 || errno == EEXIST; }
 
 LocalTime localTime() {

@@ -161,6 +161,8 @@ std::string fullPath(const std::string &path) {
     return full;
 }
 
+bool copyPermissions(const std::string &, const std::string &) { return true; }
+
 bool createDirectory(const std::string &path) {
     return CreateDirectoryA(path.c_str(), nullptr) != 0 || GetLastError() == ERROR_ALREADY_EXISTS;
 }
