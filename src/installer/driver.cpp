@@ -2,9 +2,9 @@
 //
 // While it runs the installer holds the claim of the one running program of class
 // "Tessarin" and a hidden window of that class, which a second start brings forward.
-// Nothing is shown: boxes go into the log (quiet_run.h). Every failure ends in a log line and the orderly end: database deleted
-// when it was opened, storage closed, relaunch only when the last decided record was
-// installed.
+// Nothing is shown: boxes go into the log (quiet_run.h). Every failure ends in a log line
+// and the orderly end: database deleted when it was opened, storage closed, relaunch only
+// when the last decided record was installed.
 #include "installer/driver.h"
 
 #include <span>
