@@ -88,6 +88,16 @@ std::vector<StagedEntry> readEntries(DmOpenRef db) {
     return entries;
 }
 
+// Every staged entry, the install database read once; false when nothing is staged.
+bool stagedEntries(std::vector<StagedEntry> &entries) {
+    DmOpenRef db = openInstallDatabase(false);
+    if (!db)
+        return false;
+    entries = readEntries(db);
+    DmCloseDatabase(db);
+    return true;
+}
+
 void appendEntry(DmOpenRef db, const std::string &staged, const std::string &version) {
     std::vector<char> record = encodeRecord(staged, version);
     uint32_t index = dmAppendPosition;
@@ -169,12 +179,8 @@ int zq_stage_file(const char *newFile, const char *target, const char *version) 
 }
 
 int zq_staged_count(void) noexcept {
-    DmOpenRef db = openInstallDatabase(false);
-    if (!db)
-        return 0;
-    int count = static_cast<int>(readEntries(db).size());
-    DmCloseDatabase(db);
-    return count;
+    std::vector<StagedEntry> entries;
+    return stagedEntries(entries) ? static_cast<int>(entries.size()) : 0;
 }
 
 int zq_staged_entry(int index, char *stagedPath, uint32_t pathSize, char *version,
@@ -195,24 +201,20 @@ int zq_staged_entry(int index, char *stagedPath, uint32_t pathSize, char *versio
 }
 
 int zq_visit_staged(zq_staged_visitor visit, void *context) noexcept {
+    std::vector<StagedEntry> entries;
     if (!visit)
         return ZQ_STAGE_BAD_ARGUMENT;
-    DmOpenRef db = openInstallDatabase(false);
-    if (!db)
+    if (!stagedEntries(entries))
         return ZQ_STAGE_NOTHING_STAGED;
-    std::vector<StagedEntry> entries = readEntries(db);
-    DmCloseDatabase(db);
     for (const StagedEntry &entry : entries)
         visit(entry.staged.c_str(), entry.version.c_str(), context);
     return ZQ_STAGE_OK;
 }
 
 int zq_cancel_staged(void) noexcept {
-    DmOpenRef db = openInstallDatabase(false);
-    if (!db)
+    std::vector<StagedEntry> entries;
+    if (!stagedEntries(entries))
         return ZQ_STAGE_NOTHING_STAGED;
-    std::vector<StagedEntry> entries = readEntries(db);
-    DmCloseDatabase(db);
     for (const StagedEntry &entry : entries)
         platform::deleteFile(entry.staged);
     DeleteKindDatabase(0, __INIT_CHARPTR(kInstallBase), kLogKind);

@@ -49,6 +49,15 @@ bool parseRelaunch(const std::string &line, const std::string &program, Relaunch
     return got == 4;
 }
 
+// Stages one file of the sandbox (its content in "name~") in a fresh install database and
+// returns the file's path.
+std::string stageOne(const InstallerSandbox &box, const std::string &name, const std::string &content) {
+    std::string file = box.path(name);
+    writeFile(file + "~", content);
+    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    return file;
+}
+
 TEST(installerRun, FullRunMovesFilesKeepsBackupsAndStartsTheApplicationAgain) {
     InstallerSandbox box("install-full");
     std::filesystem::create_directories(box.path("Files"));
@@ -193,9 +202,7 @@ TEST(installerRun, RunAfterAnInterruptedOneFinishesItFromTheFiles) {
 
 TEST(installerRun, WindowThatNeverGoesStopsTheInstallAfterFortyPasses) {
     InstallerSandbox box("install-stuck");
-    std::string file = box.path("Stuck.txt");
-    writeFile(file + "~", "staged");
-    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    std::string file = stageOne(box, "Stuck.txt", "staged");
     void *window = zq_window_create("OO_Window32", "held by the test");
     ASSERT_NE(window, nullptr);
 
@@ -213,9 +220,7 @@ TEST(installerRun, WindowThatNeverGoesStopsTheInstallAfterFortyPasses) {
 
 TEST(installerRun, EmptyCommandLineInstallsTheDefaultDatabaseWithoutRelaunch) {
     InstallerSandbox box("install-default");
-    std::string file = box.path("Default.txt");
-    writeFile(file + "~", "installed");
-    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    std::string file = stageOne(box, "Default.txt", "installed");
 
     ASSERT_EQ(runInstaller(""), 0);
 
@@ -250,9 +255,7 @@ TEST(installerRun, MissingOrEmptyDatabaseEndsWithoutRelaunch) {
 
 TEST(installerRun, SecondInstallerFindsTheFirstAndLeavesEverythingAlone) {
     InstallerSandbox box("install-twice");
-    std::string file = box.path("Once.txt");
-    writeFile(file + "~", "once");
-    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    std::string file = stageOne(box, "Once.txt", "once");
     platform::StartedProcess window = startApplication(3000);
     platform::StartedProcess first = startInstaller(kDatabase);
     ASSERT_TRUE(first.process);
@@ -274,9 +277,7 @@ TEST(installerRun, SecondInstallerFindsTheFirstAndLeavesEverythingAlone) {
 // two installers started together meet: the second must end there, touching nothing.
 TEST(installerRun, ClaimHeldByAnotherInstallerEndsTheRunBeforeItsWindowExists) {
     InstallerSandbox box("install-claimed");
-    std::string file = box.path("Claimed.txt");
-    writeFile(file + "~", "staged");
-    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    std::string file = stageOne(box, "Claimed.txt", "staged");
     platform::InstanceClaim claim;
     ASSERT_TRUE(platform::claimInstance("Tessarin", claim));
     ASSERT_TRUE(claim);
@@ -291,9 +292,7 @@ TEST(installerRun, ClaimHeldByAnotherInstallerEndsTheRunBeforeItsWindowExists) {
 
 TEST(installerRun, InstallersStartedTogetherRunOnce) {
     InstallerSandbox box("install-together");
-    std::string file = box.path("Together.txt");
-    writeFile(file + "~", "together");
-    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    std::string file = stageOne(box, "Together.txt", "together");
     platform::StartedProcess window = startApplication(1000);
     std::vector<platform::StartedProcess> installers(4);
     for (platform::StartedProcess &installer : installers)
@@ -338,9 +337,7 @@ void damageHeader(const std::string &file) {
 // is gone, so that later installs are not stopped by it again.
 TEST(installerRun, RuntimeErrorIsLoggedUnseenAndTheUnreadableDatabaseGoes) {
     InstallerSandbox box("install-fatal");
-    std::string file = box.path("Fatal.txt");
-    writeFile(file + "~", "staged");
-    box.createInstallDatabase(kDatabase, {{file + "~", "1"}});
+    std::string file = stageOne(box, "Fatal.txt", "staged");
     damageHeader(box.path("DB/ZELQAINST.tLog"));
     UnattendedBoxes shownBoxes; // boxes shown the ordinary way would be listed here
 
