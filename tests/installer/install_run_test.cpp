@@ -366,7 +366,8 @@ TEST(installerRun, RecordsAndProgramTheInstallerCannotTakeAreRefusedNeverCut) {
     writeFile(cutTarget + "~", "never staged by this record");
     std::string good = box.path("Good.txt"), tab = box.path("Tab\tName.txt");
     writeFile(good + "~", "good");
-    writeFile(tab + "~", "tab");
+    writeFile(tab + "~", "tab"); // Windows takes no tab in a name: then there is no such file
+    std::string tabBefore = readFile(tab + "~");
     box.createInstallDatabase(kDatabase, {{cutTarget + "~b~", "1"}, {tab + "~", "2"}, {good + "~", "3\n4"},
                                           {good + "~", "5"}});
     std::string program = box.path(std::string(300, 'p'));
@@ -375,7 +376,7 @@ TEST(installerRun, RecordsAndProgramTheInstallerCannotTakeAreRefusedNeverCut) {
 
     EXPECT_EQ(readFile(cutTarget), "kept");
     EXPECT_EQ(readFile(cutTarget + "~"), "never staged by this record");
-    EXPECT_EQ(readFile(tab + "~"), "tab");
+    EXPECT_EQ(readFile(tab + "~"), tabBefore);
     EXPECT_EQ(readFile(good), "good");
     std::vector<std::string> lines = box.logLines();
     EXPECT_EQ(countLines(lines, "Caminho longo demais: " + program), 1);
