@@ -43,7 +43,8 @@ std::string lower(std::string text) {
 
 class HandOff : public ::testing::Test {
 protected:
-    InstallerSandbox box_{"hand-off"};
+    // One directory per test: tests may run side by side.
+    InstallerSandbox box_{std::string("hand-off-") + ::testing::UnitTest::GetInstance()->current_test_info()->name()};
     std::string dir_ = box_.path("") ;
     std::string installer_ = box_.path("Tessarin.exe");
 
