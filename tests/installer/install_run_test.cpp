@@ -6,12 +6,11 @@
 #include <cctype>
 #include <cstdio>
 
-#include <fstream>
-
 #include "platform/process.h"
 #include "platform/windows.h"
 #include "support/installer_sandbox.h"
 #include "support/unattended.h"
+#include "zelqa/storage.h"
 #include "zelqa/windows.h"
 
 namespace zq::test {
@@ -325,20 +324,12 @@ TEST(installerRun, KilledInstallerLeavesNoClaimBehind) {
     EXPECT_TRUE(claim);
 }
 
-// Makes a database's header claim less used space than the header itself: opening it is a
-// runtime error.
-void damageHeader(const std::string &file) {
-    std::fstream out(file, std::ios::in | std::ios::out | std::ios::binary);
-    out.seekp(16);
-    out.write("\5\0\0\0", 4);
-}
-
 // The "Fatal Error" box goes into the log unseen, and the database that could not be read
 // is gone, so that later installs are not stopped by it again.
 TEST(installerRun, RuntimeErrorIsLoggedUnseenAndTheUnreadableDatabaseGoes) {
     InstallerSandbox box("install-fatal");
     std::string file = stageOne(box, "Fatal.txt", "staged");
-    damageHeader(box.path("DB/ZELQAINST.tLog"));
+    box.damageDatabaseHeader("ZELQAINST.tLog");
     UnattendedBoxes shownBoxes; // boxes shown the ordinary way would be listed here
 
     EXPECT_EQ(runInstaller(std::string(kDatabase) + " " + applicationPath()), 0);
@@ -352,6 +343,21 @@ TEST(installerRun, RuntimeErrorIsLoggedUnseenAndTheUnreadableDatabaseGoes) {
     EXPECT_EQ(lines.back(), "Install END");
     EXPECT_EQ(box.recordCount(kDatabase), -1);
     EXPECT_EQ(readFile(file + "~"), "staged");
+}
+
+// The hand-off starts the installer before the application has closed its storage: the
+// installer waits for it like any other program, then installs.
+TEST(installerRun, StorageStillHeldByTheApplicationIsWaitedFor) {
+    InstallerSandbox box("install-storage-held");
+    std::string file = stageOne(box, "Held.txt", "staged");
+    ASSERT_NE(DmFindDatabase(0, kDatabase), 0u); // storage open here, as in the closing application
+    platform::StartedProcess installer = startInstaller(kDatabase);
+    ASSERT_TRUE(eventually([&] { return countLines(box.logLines(), std::string("!Procurando ") + kDatabase + "!"); }));
+    StorageClose();
+
+    EXPECT_EQ(platform::waitForExit(installer.process), 0);
+    EXPECT_EQ(readFile(file), "staged");
+    EXPECT_EQ(countLines(box.logLines(), std::string("ENCONTROU ") + kDatabase), 1);
 }
 
 const size_t kLongest = 255; // the longest text the installer takes

@@ -144,6 +144,14 @@ platform::StartedProcess startApplication(uint32_t holdMs) {
     return started;
 }
 
+void InstallerSandbox::damageDatabaseHeader(const std::string &name) const {
+    if (std::FILE *file = std::fopen(path("DB/" + name).c_str(), "r+b")) {
+        std::fseek(file, 4, SEEK_SET); // the app info block's size
+        std::fwrite("\0\0\1\0", 1, 4, file);
+        std::fclose(file);
+    }
+}
+
 void writeFile(const std::string &path, const std::string &content) {
     if (std::FILE *out = std::fopen(path.c_str(), "wb")) {
         std::fwrite(content.data(), 1, content.size(), out);
