@@ -19,8 +19,8 @@ namespace zq::platform {
 void *createNativeWindow(const char *className, const char *title);
 void destroyNativeWindow(void *window) noexcept;
 
-// The native claim behind an InstanceClaim: a named mutex on Windows, an exclusive flock
-// on "<class>.instance" in the window directory on POSIX.
+// The native claim behind an InstanceClaim: a named mutex on Windows, "<class>.instance"
+// in the window directory opened exclusively (openExclusive) on POSIX.
 void releaseNativeClaim(void *claim) noexcept;
 
 // A move-only owner of one native object, released by Release.

@@ -7,11 +7,14 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <string>
+#include <utility>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/files.h"
 #include "platform/processes.h"
+#include "platform/system_error.h"
 
 namespace zq::platform {
 
@@ -47,10 +50,15 @@ std::string classFile(const char *className, const char *suffix = ".class") {
     return windowDirectory() + "/" + name + suffix;
 }
 
-// The class file opened (made when missing) for locking; -1 when impossible.
-int openClassFile(const char *className, const char *suffix) {
+// The class file's path, its directory made when missing.
+std::string classFileToHold(const char *className, const char *suffix) {
     mkdir(windowDirectory().c_str(), 0700); // an existing directory is fine
-    return open(classFile(className, suffix).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    return classFile(className, suffix);
+}
+
+// The class file opened (made when missing) for locking; -1 when impossible.
+int openClassFile(const char *className) {
+    return open(classFileToHold(className, ".class").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
 }
 
 int lockFile(int fd, int operation) {
@@ -65,7 +73,7 @@ int lockFile(int fd, int operation) {
 void *createNativeWindow(const char *className, const char *) {
     if (!className || !*className)
         return nullptr;
-    int fd = openClassFile(className, ".class");
+    int fd = openClassFile(className);
     if (fd < 0)
         return nullptr;
     if (lockFile(fd, LOCK_SH) != 0) {
@@ -97,25 +105,20 @@ bool windowExists(const char *className) {
 
 bool bringWindowForward(const char *className) { return windowExists(className); }
 
-// Taking the exclusive lock without waiting is the whole test: the kernel grants it to one
-// open file at a time and drops it with its process.
+// The claim is the class's ".instance" file opened exclusively: the kernel grants it to one
+// process at a time, without waiting, and drops it with its process.
 bool claimInstance(const char *className, InstanceClaim &claim) {
     claim = InstanceClaim();
     if (!className || !*className)
         return true;
-    int fd = openClassFile(className, ".instance");
-    if (fd < 0)
-        return true;
-    if (lockFile(fd, LOCK_EX | LOCK_NB) != 0) {
-        bool heldElsewhere = errno == EWOULDBLOCK;
-        close(fd);
-        return !heldElsewhere;
-    }
-    claim = InstanceClaim(new ClassLock{fd});
+    File file = openExclusive(classFileToHold(className, ".instance"));
+    if (!file.valid())
+        return lastSystemError() != EWOULDBLOCK; // held elsewhere, or no place for a claim
+    claim = InstanceClaim(new File(std::move(file)));
     return true;
 }
 
-void releaseNativeClaim(void *claim) noexcept { destroyNativeWindow(claim); }
+void releaseNativeClaim(void *claim) noexcept { delete static_cast<File *>(claim); }
 
 void serveWindows(uint32_t ms) { sleepMilliseconds(ms); }
 
