@@ -329,7 +329,7 @@ TEST(installerRun, KilledInstallerLeavesNoClaimBehind) {
 TEST(installerRun, RuntimeErrorIsLoggedUnseenAndTheUnreadableDatabaseGoes) {
     InstallerSandbox box("install-fatal");
     std::string file = stageOne(box, "Fatal.txt", "staged");
-    box.damageDatabaseHeader("ZELQAINST.tLog");
+    box.overwriteHeaderField("ZELQAINST.tLog", 4, 0x10000); // app info past the used size
     UnattendedBoxes shownBoxes; // boxes shown the ordinary way would be listed here
 
     EXPECT_EQ(runInstaller(std::string(kDatabase) + " " + applicationPath()), 0);

@@ -144,10 +144,11 @@ platform::StartedProcess startApplication(uint32_t holdMs) {
     return started;
 }
 
-void InstallerSandbox::damageDatabaseHeader(const std::string &name) const {
+void InstallerSandbox::overwriteHeaderField(const std::string &name, long offset, uint32_t value) const {
+    const unsigned char bytes[4] = {uint8_t(value), uint8_t(value >> 8), uint8_t(value >> 16), uint8_t(value >> 24)};
     if (std::FILE *file = std::fopen(path("DB/" + name).c_str(), "r+b")) {
-        std::fseek(file, 4, SEEK_SET); // the app info block's size
-        std::fwrite("\0\0\1\0", 1, 4, file);
+        std::fseek(file, offset, SEEK_SET);
+        std::fwrite(bytes, 1, 4, file);
         std::fclose(file);
     }
 }

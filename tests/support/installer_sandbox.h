@@ -45,9 +45,9 @@ public:
     // ending in a line break gives no empty last line.
     std::vector<std::string> logLines() const;
 
-    // Makes a database's header claim an app info block far beyond its used size: opening
-    // it is a runtime error ("ARGUMENT ERROR!") that storage does not repair.
-    void damageDatabaseHeader(const std::string &name) const;
+    // Overwrites one 32-bit field of a database file's header (little-endian), as a damaged
+    // file holds it; storage must be closed.
+    void overwriteHeaderField(const std::string &name, long offset, uint32_t value) const;
 
 private:
     std::string dir_; // the sandbox's path as the system writes it, without a final separator
