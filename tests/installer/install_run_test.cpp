@@ -341,7 +341,8 @@ TEST(installerRun, RuntimeErrorIsLoggedUnseenAndTheUnreadableDatabaseGoes) {
     EXPECT_EQ(lines[lines.size() - 3], "Exclu\355do ZELQAINST.tLog ap\363s erro fatal!");
     EXPECT_EQ(lines[lines.size() - 2], "");
     EXPECT_EQ(lines.back(), "Install END");
-    EXPECT_EQ(box.recordCount(kDatabase), -1);
+    // Opened here, a database left damaged would end this test's process in its runtime error.
+    EXPECT_FALSE(pathExists(box.path(std::string("DB/") + kDatabase)));
     EXPECT_EQ(readFile(file + "~"), "staged");
 }
 
