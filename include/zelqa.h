@@ -3,6 +3,7 @@
 #define ZELQA_H
 
 #include "zelqa/base.h"
+#include "zelqa/version.h"
 #include "zelqa/values.h"
 #include "zelqa/operators.h"
 #include "zelqa/arrays.h"

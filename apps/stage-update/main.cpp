@@ -17,6 +17,7 @@ const char kUsage[] =
     "usage: stage-update --app DIR add NEW_FILE TARGET VERSION\n"
     "       stage-update --app DIR list\n"
     "       stage-update --app DIR cancel\n"
+    "       stage-update --help | --version\n"
     "\n"
     "Prepares an update of the application installed in DIR. 'add' copies NEW_FILE beside\n"
     "TARGET (a file inside DIR, given relative to DIR or absolute) under TARGET's name plus\n"
@@ -86,6 +87,10 @@ int list() {
 int main(int argc, char **argv) {
     if (argc >= 2 && (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h"))) {
         std::fputs(kUsage, stdout);
+        return 0;
+    }
+    if (argc == 2 && !std::strcmp(argv[1], "--version")) {
+        std::printf("stage-update (zelqa) %s\n", zq_version());
         return 0;
     }
     if (argc < 4 || std::strcmp(argv[1], "--app") != 0)

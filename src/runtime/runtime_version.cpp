@@ -1,6 +1,7 @@
-// __GetRTVer: the build stamp of the runtime.
+// The runtime's version: its release number (zq_version) and its build stamp (__GetRTVer).
 #include "zelqa/context.h"
 #include "zelqa/values.h"
+#include "zelqa/version.h"
 
 #include <cstdio>
 
@@ -9,3 +10,5 @@ pObj __GetRTVer(void) noexcept {
     std::snprintf(stamp, sizeof stamp, "%s %s", __DATE__, __TIME__);
     return __INIT_CHARPTR(stamp);
 }
+
+const char *zq_version(void) noexcept { return ZELQA_VERSION; }

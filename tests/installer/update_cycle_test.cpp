@@ -23,7 +23,6 @@ const char kWaiting[] = "Aguardando libera\347\343o de mem\363ria!";
 
 bool onPosix() { return platform::directorySeparator() == '/'; }
 std::string programName(const std::string &base) { return onPosix() ? base : base + ".exe"; }
-std::string runtimeLibrary() { return onPosix() ? "libzelqa.so" : "zelqa.dll"; }
 
 // Runs the sample application of the build with the sandbox as its directory.
 int runSample(const std::string &arguments) {
@@ -99,7 +98,7 @@ TEST_F(HandOff, ProgramDirectoryTooLongForTheInstallerIsRefused) {
 
 // Copies the programs an installed application has into the sandbox.
 void installApplication(const InstallerSandbox &box) {
-    for (const std::string &file : {programName("sample"), runtimeLibrary(), std::string("Tessarin.exe")})
+    for (const std::string &file : {programName("sample"), std::string(ZQ_RUNTIME_FILE), std::string("Tessarin.exe")})
         copyFile(appPath(file), box.path(file));
 }
 
