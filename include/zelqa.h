@@ -12,6 +12,7 @@
 #include "zelqa/boxes.h"
 #include "zelqa/windows.h"
 #include "zelqa/storage.h"
+#include "zelqa/tables.h"
 #include "zelqa/dates.h"
 #include "zelqa/strings.h"
 #include "zelqa/numbers.h"

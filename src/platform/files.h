@@ -109,6 +109,10 @@ enum class FlushMode {
 void setFlushMode(FlushMode mode);
 FlushMode flushMode();
 
+// Waits until the file's written bytes, those written through its mappings included, are
+// on the device (fdatasync / FlushFileBuffers). False when the system refused.
+bool syncFile(const File &file);
+
 // Test-only fault switch: makes the nth following call of one kind fail, as the system
 // would. n = 0 switches the kind off.
 enum class Fault { Open, Map, Write, Resize, Count };

@@ -30,7 +30,7 @@ void buildSharedConstants(RuntimeContext &ctx) {
     setConstant(ctx.constants[kFalse], TYPE_LOGICAL);
     setConstant(ctx.constants[kTrue], TYPE_LOGICAL);
     ctx.constants[kTrue].payload.l = 1;
-    for (int i : {int(kZero), int(kOne), int(kScanNotFound), 12})
+    for (int i : {int(kZero), int(kOne), int(kScanNotFound), int(kNoField)})
         setConstant(ctx.constants[i], TYPE_NUMERIC);
     ctx.constants[kOne].payload.d = 1.0;
     setConstant(ctx.constants[kNoBufferText], TYPE_CHAR);

@@ -33,7 +33,7 @@ struct DebugFrame {
 // Indexes of the shared constants.
 enum SharedConstant {
     kFalse = 0, kTrue = 1, kZero = 5, kNoBufferText = 6, kOne = 7, kEmptyText = 8,
-    kNil = 9, kNul = 10, kScanNotFound = 11, kSharedConstantCount = 13
+    kNil = 9, kNul = 10, kScanNotFound = 11, kNoField = 12, kSharedConstantCount = 13
 };
 
 // A native function the host registered for ExecBlock.

@@ -1,7 +1,8 @@
 // __RuntimeError: the runtime's single failure path, and the small routines beside it.
 //
 // Order: compose the text, show the "Fatal Error" box, save the registered arrays, run
-// the registered exit routine, end with exit code 0.
+// the registered exit routine, close every table (pending rows are written), end with exit
+// code 0.
 // A fault raised while this is under way skips straight to the end of the process.
 #include "runtime/failure.h"
 
@@ -20,6 +21,7 @@ namespace zq::runtime {
 namespace {
 
 void (*exitRoutine)() = nullptr;
+void (*tableCloser)() = nullptr;
 bool ending = false;
 
 void appendActiveFunctions(std::string &text) {
@@ -34,6 +36,13 @@ void appendActiveFunctions(std::string &text) {
 }
 
 } // namespace
+
+void setTableCloser(void (*closeAll)()) { tableCloser = closeAll; }
+
+void closeTables() {
+    if (tableCloser)
+        tableCloser();
+}
 
 std::string composeFatalText(int code, int aux) {
     const char *error = zq_runtime_error_text(code);
@@ -65,6 +74,7 @@ void __RuntimeError(int code, int aux) noexcept {
     dumpRegisteredArrays();
     if (exitRoutine)
         exitRoutine();
+    closeTables();
     zq::platform::exitProcess(0);
 }
 

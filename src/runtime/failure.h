@@ -8,4 +8,10 @@ namespace zq::runtime {
 // The text of the "Fatal Error" window for a runtime error code and auxiliary code.
 std::string composeFatalText(int code, int aux);
 
+// The routine that closes every table (the table engine sets it when it first opens one);
+// a runtime error and the end of the run call it so that no pending row is lost.
+void setTableCloser(void (*closeAll)());
+// Runs the table closer once it is set; nothing otherwise.
+void closeTables();
+
 } // namespace zq::runtime

@@ -99,6 +99,8 @@ bool Mapping::flush(uint32_t offset, uint32_t length) const {
     return msync(base_ + start, end - start, how) == 0;
 }
 
+bool syncFile(const File &file) { return fdatasync(fd(file)) == 0; }
+
 int Mapping::close() {
     if (!base_)
         return 0;

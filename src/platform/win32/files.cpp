@@ -97,6 +97,8 @@ bool Mapping::flush(uint32_t offset, uint32_t length) const {
     return FlushViewOfFile(base_ + offset, length) != 0;
 }
 
+bool syncFile(const File &file) { return FlushFileBuffers(handleOf(file)) != 0; }
+
 int Mapping::close() {
     if (!base_)
         return 0;

@@ -1,0 +1,86 @@
+// Table creation: the definition block byte for byte, the structure array, replacement.
+#include "support/table_fixture.h"
+
+#include <cstring>
+
+using namespace zq::table_test;
+using zq::storage_test::readU32;
+
+namespace {
+
+class CreationTest : public TableTest {};
+
+std::string piece(const char *s) { return std::string(s, std::strlen(s) + 1); }
+
+TEST_F(CreationTest, DefinitionBlockIsStoredPieceByPiece) {
+    ASSERT_TRUE(isTrue(__DBCREATE(text("stock"), structure({{"name", "c", 10, 0}, {"qty", "N", 8.9, 2.7},
+                                                                 {"born", "D", 10, 0}, {"ok", "L", 1, 0},
+                                                                 {"note", "M", 50, 0}}), nullptr)));
+    std::vector<uint8_t> file = fileBytes("STOCK");
+    uint32_t size = readU32(file, 4);
+    std::string expected = piece("STOCK") + piece("6") + piece("0") +
+                           piece("NAME") + piece("2") + piece("10") + piece("0") +
+                           piece("QTY") + piece("0") + piece("8") + piece("2") +
+                           piece("BORN") + piece("1") + piece("8") + piece("0") +
+                           piece("OK") + piece("3") + piece("1") + piece("0") +
+                           piece("NOTE") + piece("4") + piece("4") + piece("0") +
+                           piece("D_E_L_E_T_") + piece("2") + piece("2") + piece("0");
+    ASSERT_EQ(size, 72 + expected.size());
+    EXPECT_EQ(std::string(file.begin() + 20 + 72, file.begin() + 20 + size), expected);
+    // The descriptor copy: name, type 'DATA', mode 3, field and index counts.
+    EXPECT_EQ(std::string(reinterpret_cast<char *>(&file[20 + 8])), "STOCK");
+    EXPECT_EQ(std::string(file.begin() + 20 + 48, file.begin() + 20 + 52), "ATAD");
+    EXPECT_EQ(readU32(file, 20 + 52), 3u);
+    EXPECT_EQ(zq::storage_test::readU16(file, 20 + 56), 6u);
+    EXPECT_EQ(zq::storage_test::readU16(file, 20 + 58), 0u);
+    EXPECT_EQ(readU32(file, 8), 0u); // no rows
+    EXPECT_TRUE(isTrue(__File(text("stock_m"))));
+    EXPECT_FALSE(isTrue(__Used()));
+}
+
+TEST_F(CreationTest, StructureLeavesTheDeletionFieldOut) {
+    createAndUse("one", {{"only", "N", 5, 1}});
+    EXPECT_EQ(std::string(reinterpret_cast<char *>(&fileBytes("ONE")[20 + 72 + 4])), "2");
+    pObj s = __DBStruct(nullptr);
+    ASSERT_EQ(__Array_Get_Amnt_Itens(s), 1);
+    pObj row = __GET_ARRAY_EL(s, 0);
+    EXPECT_EQ(textOf(__ARRAY_EL(row, num(1), __INIT_NUL())), "ONLY");
+    EXPECT_EQ(textOf(__ARRAY_EL(row, num(2), __INIT_NUL())), "N");
+    EXPECT_EQ(numberOf(__ARRAY_EL(row, num(3), __INIT_NUL())), 5);
+    EXPECT_EQ(numberOf(__ARRAY_EL(row, num(4), __INIT_NUL())), 1);
+    EXPECT_EQ(numberOf(__TBL_Fcount(nullptr)), 1);
+    EXPECT_FALSE(isTrue(__File(text(""))));
+}
+
+TEST_F(CreationTest, TypeLettersAndForcedLengths) {
+    createAndUse("kinds", {{"d", "D", 10, 0}, {"m", "memo", 80, 0}, {"i", "I", 4, 0}, {"b", "B", 6, 0},
+                           {"x", "X", 7, 0}, {"l", "l", 3, 0}});
+    const char *letters[] = {"D", "M", "I", "B", "C", "L"};
+    double lengths[] = {8, 4, 4, 6, 7, 3};
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_EQ(textOf(__FieldType(nullptr, num(i + 1))), letters[i]) << i;
+        EXPECT_EQ(numberOf(__FieldLen(nullptr, num(i + 1))), lengths[i]) << i;
+    }
+}
+
+TEST_F(CreationTest, CreatingOverATableReplacesItAndItsMemo) {
+    createAndUse("notes", {{"text", "M", 10, 0}});
+    __DBAPPEND(nullptr);
+    __SetField(nullptr, num(1), text("first"));
+    __Commit(nullptr);
+    ASSERT_EQ(numberOf(__TBL_RecCount(nullptr)), 1);
+    ASSERT_TRUE(isTrue(__DBCREATE(text("Notes"), structure({{"code", "N", 4, 0}}), nullptr)));
+    EXPECT_FALSE(isTrue(__File(text("notes_m"))));
+    use("notes");
+    EXPECT_EQ(numberOf(__TBL_RecCount(nullptr)), 0);
+    EXPECT_EQ(textOf(__GetFieldName(nullptr, num(1))), "CODE");
+}
+
+TEST_F(CreationTest, CreationLeavesTheCurrentAreaAsItWas) {
+    createAndUse("first", {{"a", "N", 3, 0}});
+    ASSERT_TRUE(isTrue(__DBCREATE(text("second"), structure({{"b", "N", 3, 0}}), nullptr)));
+    EXPECT_EQ(textOf(__Alias(nullptr)), "FIRST");
+    EXPECT_EQ(numberOf(__Select(nullptr)), 2); // creation of FIRST took area 1 for a moment
+}
+
+} // namespace
