@@ -1,14 +1,26 @@
 // Reading and writing memo texts in the memo companion.
 //
 // A reference equal to the record count (the last memo record) is not overwritten: the
-// text goes to a new record and the old one stays behind. Kept as programs found it.
+// text goes to a new record and the old one stays behind. Kept as programs found it. A
+// text longer than its record's capacity goes to a new record as well.
 #include "tables/memo.h"
 
+#include "storage/handles.h"
 #include "tables/durability.h"
 
 #include <cstring>
 
 namespace zq::tables {
+namespace {
+
+// True when record index has room for bytes without growing: a longer text goes to a new
+// record, since growing one would move every memo record behind it.
+bool fitsRecord(DmOpenRef memo, uint32_t index, uint32_t bytes) {
+    storage::HandleRecord *r = storage::handleRecord(DmQueryRecord(memo, index));
+    return r && bytes <= r->capacity;
+}
+
+} // namespace
 
 std::string readMemo(AreaRecord &a, uint32_t reference) {
     if (reference == 0 || !a.memo)
@@ -33,7 +45,7 @@ uint32_t writeMemo(AreaRecord &a, uint32_t reference, const std::string &text) {
     int32_t signedReference = int32_t(reference);
     MemHandle h = nullptr;
     uint32_t index = dmAppendPosition;
-    if (signedReference > 0 && reference < count) {
+    if (signedReference > 0 && reference < count && fitsRecord(a.memo, reference - 1, bytes)) {
         index = reference - 1;
         h = DmGetRecord(a.memo, index);
         if (h)

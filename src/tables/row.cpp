@@ -3,11 +3,12 @@
 // Writing keeps a crash from leaving half a row behind: the fields go first and the
 // deletion mark last, so a record cut short by a killed process has no mark and is not
 // taken for a row when its database is next opened; an edit in place rewrites the fields
-// in one copy while the old mark stays.
+// in one copy while the old mark stays. New records reserve room for the longest row.
 #include "tables/row.h"
 
 #include "runtime/context.h"
 #include "runtime/raise.h"
+#include "storage/layout.h"
 #include "tables/durability.h"
 #include "tables/index_hooks.h"
 #include "tables/positioning.h"
@@ -45,6 +46,19 @@ void trimSlot(uint8_t *slot, int32_t length) {
     uint32_t n = slotTextLength(slot, length);
     while (n > 0 && slot[n - 1] == ' ')
         slot[--n] = 0;
+}
+
+// The longest row the table can store: every text at its declared length. A new record
+// reserves that much, so that a later edit lengthening the row grows it within its own
+// capacity and never moves the records behind it, which a killed process could leave
+// half moved.
+uint32_t longestRow(const TableDef &def) {
+    uint64_t bytes = 2;
+    for (size_t i = 0; i + 1 < def.fields.size(); ++i) {
+        const FieldDef &f = def.fields[i];
+        bytes += f.type == kCharacter ? uint64_t(std::max(f.length, 0)) + 1 : slotBytes(f);
+    }
+    return uint32_t(std::min<uint64_t>(bytes, storage::kMaxBlock));
 }
 
 } // namespace
@@ -155,13 +169,16 @@ void writeRow(AreaRecord &a) {
     uint32_t length = uint32_t(row.size());
     bool deleted = row[length - 2] == '*';
     uint32_t index = appending ? dmAppendPosition : uint32_t(a.current);
-    MemHandle h = appending ? DmNewRecord(a.db, &index, length) : DmGetRecord(a.db, index);
+    MemHandle h = appending ? DmNewRecord(a.db, &index, std::max(length, longestRow(a.def)))
+                            : DmGetRecord(a.db, index);
     if (!h) {
         if (appending)
             runtime::raiseError(ZQ_ERR_LOW_MEMORY);
         return; // the row has gone from under the area: nothing to overwrite
     }
     uint32_t size = MemHandleSize(h);
+    if (appending)
+        DmResizeRecord(h, size = length); // the size of the row; the capacity stays
     if (size < length) {
         DmResizeRecord(h, length);
         size = length;

@@ -18,6 +18,9 @@ protected:
         uint32_t offset = readU32(fileBytes(db + "_OS"), 20 + 4 * i);
         return std::string(file.begin() + offset + 8, file.begin() + offset + 8 + readU16(file, offset));
     }
+    uint16_t capacity(const std::string &db, uint32_t i) {
+        return readU16(fileBytes(db), readU32(fileBytes(db + "_OS"), 20 + 4 * i) + 2);
+    }
     uint8_t attributes(const std::string &db, uint32_t i) {
         return fileBytes(db)[readU32(fileBytes(db + "_OS"), 20 + 4 * i) + 4];
     }
@@ -60,6 +63,7 @@ TEST_F(RowsTest, RowIsStoredFieldAfterFieldWithItsMark) {
                            bytesOf(uint32_t(1)) + std::string("!", 2);
     EXPECT_EQ(record("STOCK", 0), expected);
     EXPECT_EQ(attributes("STOCK", 0), 0x40);
+    EXPECT_EQ(capacity("STOCK", 0), 11u + 8 + 8 + 1 + 4 + 2); // room for the longest row
     EXPECT_EQ(record("STOCK_M", 0), std::string("hello", 6));
     // Read back, the text is padded to its declared length.
     __TBL_GoTop(nullptr);
@@ -110,14 +114,16 @@ TEST_F(RowsTest, ShortenedRowKeepsItsRecordAndItsMarkAtTheEnd) {
     EXPECT_EQ(attributes("STOCK", 0), 0x40);
 }
 
-TEST_F(RowsTest, GrowingRowMovesTheRowsBehindIt) {
+TEST_F(RowsTest, LengthenedRowGrowsWithinItsRecord) {
     makeStock();
     appendStock("a", 1, 0, false, nullptr);
     appendStock("b", 2, 0, false, nullptr);
+    uint32_t second = readU32(fileBytes("STOCK_OS"), 24);
     __TBL_GoTop(nullptr);
     __SetField(nullptr, num(1), text("abcdefghij"));
     __Commit(nullptr);
     EXPECT_EQ(record("STOCK", 0).substr(0, 11), std::string("abcdefghij", 11));
+    EXPECT_EQ(readU32(fileBytes("STOCK_OS"), 24), second); // nothing behind it moved
     __TBL_GoTo(nullptr, num(2));
     EXPECT_EQ(textOf(__GetField(nullptr, num(1), __INIT_BOOL(1))), "b");
     EXPECT_EQ(numberOf(__GetFieldByID(nullptr, num(2))), 2);
@@ -142,7 +148,7 @@ TEST_F(RowsTest, LongTextIsCutToTheDeclaredLength) {
     EXPECT_EQ(record("CUT", 0), std::string("abcd\0!\0", 7));
 }
 
-TEST_F(RowsTest, MemoRecordsAreReusedExceptTheLastOne) {
+TEST_F(RowsTest, MemoRecordsAreReusedExceptTheLastOneAndWhenTooSmall) {
     createAndUse("memo", {{"id", "N", 3, 0}, {"note", "M", 10, 0}});
     auto setNote = [](const char *s) {
         __SetField(nullptr, num(2), text(s));
@@ -155,17 +161,20 @@ TEST_F(RowsTest, MemoRecordsAreReusedExceptTheLastOne) {
     };
     __DBAPPEND(nullptr);
     setNote("a");      // record 0
-    setNote("bb");     // the last record is never overwritten: record 1
+    setNote("bbb");    // the last record is never overwritten: record 1
     EXPECT_EQ(reference(0), 2u);
     __DBAPPEND(nullptr);
     setNote("x");      // record 2
     __TBL_GoTop(nullptr);
-    setNote("dddd");   // reference 2 lies below the count 3: overwritten in place
+    setNote("dd");     // reference 2 lies below the count 3: overwritten in place
     EXPECT_EQ(reference(0), 2u);
-    EXPECT_EQ(record("MEMO_M", 1), std::string("dddd", 5));
+    EXPECT_EQ(record("MEMO_M", 1), std::string("dd", 3));
     EXPECT_EQ(record("MEMO_M", 0), std::string("a", 2));
+    setNote("eeeee");  // longer than record 1 can hold: record 3
+    EXPECT_EQ(reference(0), 4u);
+    EXPECT_EQ(record("MEMO_M", 3), std::string("eeeee", 6));
     __TBL_GoTop(nullptr);
-    EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(2))), "dddd");
+    EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(2))), "eeeee");
     __TBL_GoTo(nullptr, num(2));
     EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(2))), "x");
 }
