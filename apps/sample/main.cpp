@@ -1,7 +1,8 @@
 // A sample application written the way compiled ZELQA code calls the runtime.
 //
 // It opens its main window (class "OO_Window32"), notes its version in "sample.log"
-// beside itself, and then, as asked on its command line:
+// beside itself, keeps a row for every event in its table "VISITS" (made on first run) and
+// logs the table's rows, and then, as asked on its command line:
 //   --update-from FILE VERSION  stages FILE as its own successor and ends through SHUTDOWN,
 //                               so the installer puts FILE in place and starts it again;
 //   --shutdown                  ends through SHUTDOWN with nothing staged by itself;
@@ -35,6 +36,39 @@ void noteVersion(const char *event) {
     std::printf("sample version %s %s\n", SAMPLE_VERSION, event);
 }
 
+// Appends one row to VISITS: the version and what happened.
+void keepVisit(const char *event) {
+    pObj area = __INIT_CHARPTR("VISITS");
+    __DBAPPEND(area);
+    __SetField(area, __INIT_DOUBLE(1), __INIT_CHARPTR(SAMPLE_VERSION));
+    __SetField(area, __INIT_DOUBLE(2), __INIT_CHARPTR(event));
+    __Commit(area);
+}
+
+// Opens VISITS (making it on the first run), adds this start and logs every row.
+void openVisits() {
+    pObj name = __INIT_CHARPTR("VISITS");
+    if (!__File(name)->payload.l) {
+        pObj version = __CreateArray(__INIT_CHARPTR("VERSION"), __INIT_CHARPTR("C"), __INIT_DOUBLE(8),
+                                     __INIT_DOUBLE(0), __INIT_NUL());
+        pObj event = __CreateArray(__INIT_CHARPTR("EVENT"), __INIT_CHARPTR("C"), __INIT_DOUBLE(40),
+                                   __INIT_DOUBLE(0), __INIT_NUL());
+        __DBCREATE(name, __CreateArray(version, event, __INIT_NUL()), nullptr);
+    }
+    __DBUSEAREA(__INIT_BOOL(1), nullptr, __INIT_CHARPTR("VISITS"), nullptr);
+    keepVisit("started");
+    std::string rows;
+    pObj area = __INIT_CHARPTR("VISITS");
+    for (__TBL_GoTop(area); !__TBL_Eof(area)->payload.l; __TBL_Skip(area, nullptr)) {
+        rows += rows.empty() ? "" : ", ";
+        rows += __GetField(area, __INIT_DOUBLE(1), __INIT_BOOL(1))->payload.c;
+        rows += ' ';
+        rows += __GetField(area, __INIT_DOUBLE(2), __INIT_BOOL(1))->payload.c;
+    }
+    std::string line = "table: " + rows;
+    noteVersion(line.c_str());
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -42,6 +76,7 @@ int main(int argc, char **argv) {
     zq_enter_function("MAIN", 1);
     void *window = zq_window_create("OO_Window32", "Sample " SAMPLE_VERSION);
     noteVersion("started");
+    openVisits();
 
     if (argc == 4 && !std::strcmp(argv[1], "--update-from")) {
         zq_enter_function("MAIN", 2);
@@ -51,6 +86,7 @@ int main(int argc, char **argv) {
             __EndGlobal();
             return 1;
         }
+        keepVisit("staged");
         noteVersion("staged its successor and shuts down");
         SHUTDOWN();
     } else if (argc == 2 && !std::strcmp(argv[1], "--shutdown")) {

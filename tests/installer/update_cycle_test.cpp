@@ -117,15 +117,17 @@ TEST(UpdateCycle, ApplicationStagesItsSuccessorAndComesBackAsIt) {
     ASSERT_TRUE(platform::startProgram(program.c_str(), line.c_str(), started));
     EXPECT_EQ(platform::waitForExit(started.process), 0);
     ASSERT_TRUE(eventually([&] { return readFile(box.path("inst.txt")).find("Install END") != std::string::npos; }));
-    ASSERT_TRUE(eventually([&] { return readFile(box.path("sample.log")).find("version 2.0 started") != std::string::npos; }));
+    ASSERT_TRUE(eventually([&] { return readFile(box.path("sample.log")).find("version 2.0 table") != std::string::npos; }));
     // Under Windows window classes are shared by every program: let the installer and the
     // new version end before the next test looks for their windows.
     EXPECT_TRUE(eventually([] { return !platform::windowExists("Tessarin") && !platform::windowExists("OO_Window32"); }));
 
     std::string sampleLog = readFile(box.path("sample.log"));
     sampleLog.erase(std::remove(sampleLog.begin(), sampleLog.end(), '\r'), sampleLog.end()); // a text file
-    EXPECT_EQ(sampleLog,
-              "version 1.0 started\nversion 1.0 staged its successor and shuts down\nversion 2.0 started\n");
+    // Version 2.0 finds in the table every row version 1.0 kept.
+    EXPECT_EQ(sampleLog, "version 1.0 started\nversion 1.0 table: 1.0 started\n"
+                         "version 1.0 staged its successor and shuts down\n"
+                         "version 2.0 started\nversion 2.0 table: 1.0 started, 1.0 staged, 2.0 started\n");
     EXPECT_EQ(readFile(app), readFile(successor));
     EXPECT_EQ(readFile(box.path("_" + programName("sample"))), version1);
     EXPECT_FALSE(pathExists(app + "~"));
