@@ -62,11 +62,12 @@ void countMemoOperation(AreaRecord &a) {
     a.operations = 0;
 }
 
+// The database file alone: its offset index is rebuilt from the file at the next open
+// whenever it lags behind, so a row on the device is never lost with the index.
 void settleWrite(DmOpenRef db) {
     if (!db || !durableCommit())
         return;
     syncView(db->main.get());
-    syncView(db->index.get());
 }
 
 } // namespace zq::tables

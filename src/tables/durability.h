@@ -22,7 +22,8 @@ void countRowWrite(AreaRecord &a);
 // Counts a memo read or write; at 2001 the memo companion is flushed.
 void countMemoOperation(AreaRecord &a);
 
-// After a stored row or memo text: in durable-commit mode, syncs db's files.
+// After a stored row or memo text: in durable-commit mode, flushes db's file and waits
+// until it is on the device.
 void settleWrite(DmOpenRef db);
 
 // Flushes the whole mapped views of a database (main file and offset index).

@@ -89,6 +89,12 @@ Mapping mapFile(const File &file, uint32_t size, MapStatus &status) {
 bool Mapping::flush(uint32_t offset, uint32_t length) const {
     if (!base_ || flushMode() == FlushMode::None)
         return true;
+#ifdef __linux__
+    // Linux tracks the dirty pages of shared mappings and writes them back by itself:
+    // msync(MS_ASYNC) does nothing there but cost a system call.
+    if (flushMode() == FlushMode::Async)
+        return true;
+#endif
     // msync wants a page-aligned start.
     long page = sysconf(_SC_PAGESIZE);
     uint32_t start = offset - offset % static_cast<uint32_t>(page);
