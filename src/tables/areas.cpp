@@ -58,8 +58,10 @@ using zq::runtime::raiseError;
 int16_t __GetAliasID(pObj xArea) noexcept {
     if (isMissing(xArea))
         return workAreas().current;
-    if (isNumber(xArea))
-        return int16_t(requireNumber(xArea) - 1);
+    if (isNumber(xArea)) {
+        int64_t n = requireWhole(xArea);
+        return n < 1 || n > 32767 ? int16_t(-1) : int16_t(n - 1);
+    }
     if (xArea->type != TYPE_CHAR)
         raiseError(ZQ_ERR_ALIAS_MISSING, 11);
     return findByText(xArea);

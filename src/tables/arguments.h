@@ -4,6 +4,7 @@
 #include "runtime/raise.h"
 #include "zelqa/base.h"
 
+#include <cstdint>
 #include <string>
 
 namespace zq::tables {
@@ -18,6 +19,18 @@ inline double requireNumber(pObj x) {
     runtime::requireArgument(isNumber(x));
     return x->type == TYPE_LONG ? double(x->payload.l) : x->payload.d;
 }
+
+// A number's integer part, NaN as 0 and values beyond 2^53 held there, so that any
+// numeric argument converts safely.
+inline int64_t wholeNumber(double d) {
+    constexpr double limit = 9007199254740992.0;
+    if (!(d == d))
+        return 0;
+    return int64_t(d < -limit ? -limit : (d > limit ? limit : d));
+}
+
+// A numeric or long argument's integer part; anything else is ARGUMENT ERROR!.
+inline int64_t requireWhole(pObj x) { return wholeNumber(requireNumber(x)); }
 
 // A character argument's text ("" without a buffer); anything else is ARGUMENT ERROR!.
 inline std::string requireText(pObj x) {

@@ -36,13 +36,16 @@ std::vector<pObj> structureRows(pObj aStruct) {
     return rows;
 }
 
+// Lengths and decimals as stored: 0 to the largest record.
+int32_t clampedLength(int64_t n) { return int32_t(n < 0 ? 0 : (n > 15360 ? 15360 : n)); }
+
 FieldDef fieldOfRow(pObj row) {
     FieldDef f;
     f.name = upperText(requireText(__GET_ARRAY_EL(row, 0))).substr(0, kFieldNameMax);
     std::string letter = requireText(__GET_ARRAY_EL(row, 1));
     f.type = typeCodeOfLetter(letter.empty() ? 'C' : letter[0]);
-    f.length = storedLength(f.type, int32_t(requireNumber(__GET_ARRAY_EL(row, 2))));
-    f.decimals = int32_t(requireNumber(__GET_ARRAY_EL(row, 3)));
+    f.length = storedLength(f.type, clampedLength(requireWhole(__GET_ARRAY_EL(row, 2))));
+    f.decimals = clampedLength(requireWhole(__GET_ARRAY_EL(row, 3)));
     f.hash = fieldHash(f.name);
     return f;
 }

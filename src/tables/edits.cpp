@@ -14,7 +14,7 @@ namespace {
 
 // The 0-based record an optional 1-based number names; the current record otherwise.
 int64_t recordArgument(AreaRecord &a, pObj nRecord) {
-    return isNumber(nRecord) ? int64_t(requireNumber(nRecord)) - 1 : a.current;
+    return isNumber(nRecord) ? requireWhole(nRecord) - 1 : a.current;
 }
 
 } // namespace

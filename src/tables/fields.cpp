@@ -58,8 +58,8 @@ pObj fieldValue(AreaRecord &a, const FieldDef &f, bool bare) {
 
 // The field a 1-based number names; INVALID FIELD! with aux outside 1..field count.
 const FieldDef &fieldAt(AreaRecord &a, pObj nField, int aux) {
-    double n = requireNumber(nField);
-    if (n < 1 || n >= double(a.def.fields.size()) + 1)
+    int64_t n = requireWhole(nField);
+    if (n < 1 || n > int64_t(a.def.fields.size()))
         raiseError(ZQ_ERR_INVALID_FIELD, aux);
     return a.def.fields[size_t(n) - 1];
 }
@@ -157,8 +157,8 @@ pObj __FieldType(pObj area, pObj nField) noexcept {
 
 pObj __SetField(pObj area, pObj nField, pObj xValue) noexcept {
     AreaRecord &a = requireArea(area);
-    double n = requireNumber(nField);
-    if (n < 1 || n >= double(a.def.fields.size()) + 1)
+    int64_t n = requireWhole(nField);
+    if (n < 1 || n > int64_t(a.def.fields.size()))
         return __INIT_NIL(); // a field out of range is ignored
     const FieldDef &f = a.def.fields[size_t(n) - 1];
     if (!xValue)

@@ -77,14 +77,14 @@ using zq::runtime::logical;
 
 pObj __TBL_GoTo(pObj area, pObj nRecord) noexcept {
     AreaRecord &a = requireArea(area);
-    double n = requireNumber(nRecord);
-    int64_t target = n == double(kAppendTarget) ? int64_t(DmNumRecords(a.db)) - 1 : int64_t(n) - 1;
+    int64_t n = requireWhole(nRecord);
+    int64_t target = n == kAppendTarget ? int64_t(DmNumRecords(a.db)) - 1 : n - 1;
     return logical(positionArea(a, target, false, 0));
 }
 
 pObj __TBL_Skip(pObj area, pObj nCount) noexcept {
     AreaRecord &a = requireArea(area);
-    int64_t k = isMissing(nCount) ? 1 : int64_t(requireNumber(nCount));
+    int64_t k = isMissing(nCount) ? 1 : requireWhole(nCount);
     bool ordered = a.order != kNoOrder && a.indexPosition >= 0;
     int64_t from = ordered ? a.indexPosition : a.current;
     return logical(positionArea(a, from + k, ordered, k > 0 ? 1 : (k < 0 ? -1 : 0)));
