@@ -2,10 +2,10 @@
 //
 // A reference equal to the record count (the last memo record) is not overwritten: the
 // text goes to a new record and the old one stays behind. Kept as programs found it. A
-// text longer than its record's capacity goes to a new record as well.
+// text longer than its record goes to a new record as well; a shorter one is written
+// over the record, its zero byte ending it.
 #include "tables/memo.h"
 
-#include "storage/handles.h"
 #include "tables/durability.h"
 
 #include <cstring>
@@ -13,11 +13,11 @@
 namespace zq::tables {
 namespace {
 
-// True when record index has room for bytes without growing: a longer text goes to a new
-// record, since growing one would move every memo record behind it.
+// True when record index holds at least bytes: a longer text goes to a new record, since
+// growing one changes its stored size apart from its bytes (and may move every memo
+// record behind it), which a killed process could leave half done.
 bool fitsRecord(DmOpenRef memo, uint32_t index, uint32_t bytes) {
-    storage::HandleRecord *r = storage::handleRecord(DmQueryRecord(memo, index));
-    return r && bytes <= r->capacity;
+    return bytes <= MemHandleSize(DmQueryRecord(memo, index));
 }
 
 } // namespace

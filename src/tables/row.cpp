@@ -3,7 +3,7 @@
 // Writing keeps a crash from leaving half a row behind: the fields go first and the
 // deletion mark last, so a record cut short by a killed process has no mark and is not
 // taken for a row when its database is next opened; an edit in place rewrites the fields
-// in one copy while the old mark stays. New records reserve room for the longest row.
+// in one copy while the old mark stays. New records are as long as the longest row.
 #include "tables/row.h"
 
 #include "runtime/context.h"
@@ -49,9 +49,9 @@ void trimSlot(uint8_t *slot, int32_t length) {
 }
 
 // The longest row the table can store: every text at its declared length. A new record
-// reserves that much, so that a later edit lengthening the row grows it within its own
-// capacity and never moves the records behind it, which a killed process could leave
-// half moved.
+// is made that long, so that no later edit changes its size: growing a record would move
+// the records behind it, and even growth within its capacity rewrites its size apart from
+// its bytes; a process killed between the two would leave half a row.
 uint32_t longestRow(const TableDef &def) {
     uint64_t bytes = 2;
     for (size_t i = 0; i + 1 < def.fields.size(); ++i) {
@@ -177,9 +177,7 @@ void writeRow(AreaRecord &a) {
         return; // the row has gone from under the area: nothing to overwrite
     }
     uint32_t size = MemHandleSize(h);
-    if (appending)
-        DmResizeRecord(h, size = length); // the size of the row; the capacity stays
-    if (size < length) {
+    if (size < length) { // a record made shorter elsewhere
         DmResizeRecord(h, length);
         size = length;
     }

@@ -40,6 +40,13 @@ protected:
     }
 };
 
+// A stored record: the row's fields, zeros up to the record's end, the mark in its last two.
+std::string stored(const std::string &fields, size_t recordSize, char mark = '!') {
+    std::string r = fields;
+    r.resize(recordSize - 2, '\0');
+    return r + mark + '\0';
+}
+
 std::string bytesOf(double d, bool swap = false) {
     std::string s(8, '\0');
     std::memcpy(s.data(), &d, 8);
@@ -59,11 +66,12 @@ std::string bytesOf(uint32_t n, bool swap = false) {
 TEST_F(RowsTest, RowIsStoredFieldAfterFieldWithItsMark) {
     makeStock();
     appendStock("Ann   ", 12.5, 45000, true, "hello");
-    std::string expected = std::string("Ann", 4) + bytesOf(12.5) + bytesOf(45000.0) + std::string(1, '\1') +
-                           bytesOf(uint32_t(1)) + std::string("!", 2);
-    EXPECT_EQ(record("STOCK", 0), expected);
+    // The record is as long as the longest row: NAME of 10 letters and its zero byte.
+    std::string fields = std::string("Ann", 4) + bytesOf(12.5) + bytesOf(45000.0) + std::string(1, '\1') +
+                         bytesOf(uint32_t(1));
+    EXPECT_EQ(record("STOCK", 0), stored(fields, 11 + 8 + 8 + 1 + 4 + 2));
     EXPECT_EQ(attributes("STOCK", 0), 0x40);
-    EXPECT_EQ(capacity("STOCK", 0), 11u + 8 + 8 + 1 + 4 + 2); // room for the longest row
+    EXPECT_EQ(capacity("STOCK", 0), 11u + 8 + 8 + 1 + 4 + 2);
     EXPECT_EQ(record("STOCK_M", 0), std::string("hello", 6));
     // Read back, the text is padded to its declared length.
     __TBL_GoTop(nullptr);
@@ -79,9 +87,9 @@ TEST_F(RowsTest, ByteSwapReversesNumbersDatesAndMemoReferences) {
     makeStock();
     __Set(num(9), __INIT_BOOL(1));
     appendStock("", 3.25, 7, false, "m");
-    std::string expected = std::string(1, '\0') + bytesOf(3.25, true) + bytesOf(7.0, true) + std::string(1, '\0') +
-                           bytesOf(uint32_t(1), true) + std::string("!", 2);
-    EXPECT_EQ(record("STOCK", 0), expected);
+    std::string fields = std::string(1, '\0') + bytesOf(3.25, true) + bytesOf(7.0, true) + std::string(1, '\0') +
+                         bytesOf(uint32_t(1), true);
+    EXPECT_EQ(record("STOCK", 0), stored(fields, 34));
     __TBL_GoTop(nullptr);
     EXPECT_EQ(numberOf(__GetFieldByID(nullptr, num(2))), 3.25);
     EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(5))), "m");
@@ -134,7 +142,7 @@ TEST_F(RowsTest, BlankTextIsOneZeroByteAndReadsEmpty) {
     __DBAPPEND(nullptr);
     __SetField(nullptr, num(1), text("     "));
     __Commit(nullptr);
-    EXPECT_EQ(record("BLANK", 0), std::string("\0!\0", 3));
+    EXPECT_EQ(record("BLANK", 0), stored(std::string(1, '\0'), 8));
     __TBL_GoTop(nullptr);
     EXPECT_EQ(textOf(__GetField(nullptr, num(1), __INIT_BOOL(1))), "");
     EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(1))), "     ");
