@@ -3,6 +3,7 @@
 #define ZELQA_TABLES_H
 
 #include "base.h"
+#include "storage.h"
 
 ZQ_EXTERN_C_BEGIN
 
@@ -57,6 +58,31 @@ ZQ_API pObj __TBL_Deleted(pObj area) ZQ_NOEXCEPT;
 ZQ_API pObj __TBL_Recall(pObj area) ZQ_NOEXCEPT;
 ZQ_API pObj SETDIRTY(pObj area, pObj nRecord, pObj lFlag) ZQ_NOEXCEPT;
 ZQ_API pObj __IsDirty(pObj area, pObj nRecord) ZQ_NOEXCEPT;
+
+/* Indexes and seek: orders are 1-based, 0 = natural order. */
+ZQ_API pObj __DBCREATEINDEX(pObj cIndexName, pObj cKeyExpr, ...) ZQ_NOEXCEPT; /* ends with the NUL value */
+ZQ_API pObj __OpenIDX(pObj area, pObj cIndexName, pObj lMakeCurrent) ZQ_NOEXCEPT;
+ZQ_API pObj __UseIndex(pObj area, pObj cIndexName) ZQ_NOEXCEPT;
+ZQ_API pObj __CloseIDX(pObj area, pObj cIndexName) ZQ_NOEXCEPT;
+ZQ_API pObj __CloseAllIdx(pObj area) ZQ_NOEXCEPT;
+ZQ_API pObj __GetFirstOpenIDX(pObj area) ZQ_NOEXCEPT;
+ZQ_API pObj __GetIdxInd(pObj area, pObj cIndexName) ZQ_NOEXCEPT;
+ZQ_API pObj __ClearIndex(pObj area) ZQ_NOEXCEPT;
+ZQ_API pObj __TBL_SetOrder(pObj area, pObj nOrder) ZQ_NOEXCEPT;
+ZQ_API pObj __IndexOrd(pObj area) ZQ_NOEXCEPT;
+ZQ_API pObj __IndexKey(pObj area, pObj nOrder) ZQ_NOEXCEPT;
+ZQ_API pObj __Reindex(pObj area) ZQ_NOEXCEPT;
+ZQ_API pObj __Seek(pObj area, pObj cKey, pObj lSoft) ZQ_NOEXCEPT;
+/* entry: 4-byte record number then the key; true when that key and record are found. */
+ZQ_API int FindKeyInIndexFile(DmOpenRef index, const void *entry, uint32_t keyLength, int32_t *position) ZQ_NOEXCEPT;
+ZQ_API int FindRecnoInIndexFile(DmOpenRef index, uint32_t recordNumber, int32_t *position) ZQ_NOEXCEPT;
+
+/* Pack, zap and removal. */
+ZQ_API pObj __dbPack(pObj area) ZQ_NOEXCEPT;
+ZQ_API pObj __dbZap(pObj area) ZQ_NOEXCEPT;
+ZQ_API void CleanTbl(DmOpenRef db) ZQ_NOEXCEPT;
+ZQ_API int __TBL_DeleteDatabase(pObj cName) ZQ_NOEXCEPT;
+ZQ_API pObj __DBDROPINDEX(pObj area, pObj cIndexName) ZQ_NOEXCEPT;
 
 /* Durable commits: when on, every stored row and memo text is on the device (fdatasync,
    FlushFileBuffers) before the call that stored it returns. Off unless the environment

@@ -46,9 +46,10 @@ struct FieldDef {
 struct IndexDef {
     std::string name;               // the index database's name
     DmOpenRef db = nullptr;         // open while the table is open
-    uint32_t attribute = 0;         // the further number of the index block
-    std::vector<int32_t> keyFields; // 1-based field number of each key part
+    uint32_t attribute = 0;         // the further number of the index block: the key length
+    std::vector<int32_t> keyFields; // 1-based field number of each key part (0-based when stored)
     bool keyChanged = false;        // a key field changed since the row was read
+    bool detached = false;          // the row being stored has lost its entry for a new one
 };
 
 struct TableDef {

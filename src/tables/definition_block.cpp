@@ -104,18 +104,18 @@ int storeBlock(const std::string &name, DmOpenRef db, const std::vector<uint8_t>
 
 } // namespace
 
-std::vector<uint8_t> encodeTableBlock(const TableDef &def) {
+std::vector<uint8_t> encodeTableBlock(const TableDef &def, std::optional<uint16_t> indexCount) {
     DescriptorHead head{};
     std::strncpy(head.name, def.name.c_str(), sizeof head.name - 1);
     head.type = kTypeData;
     head.mode = 3;
     head.fieldCount = uint16_t(def.fields.size());
-    head.indexCount = uint16_t(def.indexes.size());
+    head.indexCount = indexCount ? *indexCount : uint16_t(def.indexes.size());
     std::vector<uint8_t> out(kHeadSize);
     std::memcpy(out.data(), &head, kHeadSize);
     put(out, def.name);
     putNumber(out, def.fields.size());
-    putNumber(out, def.indexes.size());
+    putNumber(out, head.indexCount);
     for (const FieldDef &f : def.fields) {
         put(out, f.name);
         put(out, std::string(1, char('0' + f.type)));
@@ -148,6 +148,8 @@ std::optional<TableDef> parseTableBlock(std::span<const uint8_t> block) {
         def.hasMemo = def.hasMemo || f.type == kMemo;
         def.fields.push_back(std::move(f));
     }
+    if (indexCount == 65535)
+        indexCount = 0; // what dropping an index from a table with none stores
     for (long long i = 0; i < indexCount && in.ok(); ++i) {
         IndexDef index;
         index.name = in.text();
@@ -165,7 +167,7 @@ std::vector<uint8_t> encodeIndexBlock(const IndexDef &index) {
     putNumber(out, index.keyFields.size());
     putNumber(out, index.attribute);
     for (int32_t field : index.keyFields)
-        putNumber(out, field);
+        putNumber(out, field - 1); // stored 0-based
     return out;
 }
 
@@ -178,14 +180,14 @@ std::optional<IndexDef> parseIndexBlock(std::span<const uint8_t> block) {
     if (!in.ok() || parts < 0 || parts > 255)
         return std::nullopt;
     for (long long i = 0; i < parts && in.ok(); ++i)
-        index.keyFields.push_back(int32_t(in.number()));
+        index.keyFields.push_back(int32_t(in.number()) + 1);
     if (!in.ok())
         return std::nullopt;
     return index;
 }
 
-void writeTableBlock(const TableDef &def, DmOpenRef db) {
-    if (int failed = storeBlock(def.name, db, encodeTableBlock(def)))
+void writeTableBlock(const TableDef &def, DmOpenRef db, std::optional<uint16_t> indexCount) {
+    if (int failed = storeBlock(def.name, db, encodeTableBlock(def, indexCount)))
         runtime::raiseError(ZQ_ERR_RUNTIME, failed);
 }
 

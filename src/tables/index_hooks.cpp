@@ -1,6 +1,8 @@
 // The index side of rows and fields: key-change marks and reading an index entry.
 #include "tables/index_hooks.h"
 
+#include "tables/index_files.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -12,12 +14,9 @@ void markKeyChanges(AreaRecord &a, int32_t field) {
             index.keyChanged = true;
 }
 
-void keepIndexesCurrent(AreaRecord &a) {
-    // Keys are written by the index code; until an index has entries to keep, the marks
-    // only say which index would need new ones.
-    for (IndexDef &index : a.def.indexes)
-        index.keyChanged = false;
-}
+void prepareIndexesForWrite(AreaRecord &a) { detachChangedKeys(a); }
+
+void keepIndexesCurrent(AreaRecord &a, bool appended) { attachKeys(a, appended); }
 
 int64_t recordOfIndexPosition(AreaRecord &a, int64_t position) {
     if (a.order >= a.def.indexes.size() || position < 0)

@@ -3,6 +3,7 @@
 
 #include "runtime/raise.h"
 #include "tables/definition_block.h"
+#include "tables/index_files.h"
 #include "tables/positioning.h"
 #include "tables/shared_databases.h"
 #include "tables/work_areas.h"
@@ -69,8 +70,11 @@ int16_t openTable(const OpenRequest &request) {
     openIndexes(a);
     if (a.def.hasMemo && !request.created)
         a.memo = openMemo(request.name);
-    if (!request.created)
+    if (!request.created) {
+        for (IndexDef &index : a.def.indexes)
+            bringInStep(a, index); // a run killed while changing it left it apart
         goTop(a);
+    }
     return number;
 }
 

@@ -169,6 +169,8 @@ void writeRow(AreaRecord &a) {
     uint32_t length = uint32_t(row.size());
     bool deleted = row[length - 2] == '*';
     uint32_t index = appending ? dmAppendPosition : uint32_t(a.current);
+    if (!appending && !deleted)
+        prepareIndexesForWrite(a);
     MemHandle h = appending ? DmNewRecord(a.db, &index, std::max(length, longestRow(a.def)))
                             : DmGetRecord(a.db, index);
     if (!h) {
@@ -199,8 +201,8 @@ void writeRow(AreaRecord &a) {
     settleWrite(a.db);
     a.current = int32_t(index);
     countRowWrite(a);
-    if (!deleted)
-        keepIndexesCurrent(a);
+    if (!deleted || appending)
+        keepIndexesCurrent(a, appending);
 }
 
 void writePending(AreaRecord &a) {

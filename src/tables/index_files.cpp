@@ -1,0 +1,191 @@
+// Index entries in their database: lookup, insertion, removal, rebuilding and the in-step rule.
+#include "tables/index_files.h"
+
+#include "storage/database.h"
+#include "tables/durability.h"
+#include "tables/index_keys.h"
+#include "tables/row.h"
+#include "zelqa/tables.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zq::tables {
+namespace {
+
+// Read-only view of the fixed-stride entries of an index database.
+struct Entries {
+    const uint8_t *first = nullptr; // data of entry 0
+    uint32_t stride = 0;            // entry bytes + record header
+    uint32_t size = 0;              // entry bytes
+    uint32_t count = 0;
+
+    explicit Entries(DmOpenRef db) {
+        if (!db || !db->main)
+            return;
+        storage::DatabaseHeader h = storage::headerOf(db);
+        uint64_t start = storage::recordsStart(h);
+        if (h.count == 0 || start + storage::kRecordHeaderSize > h.used)
+            return;
+        const uint8_t *base = db->main->base();
+        size = storage::load<storage::RecordHeader>(base + start).size;
+        stride = size + storage::kRecordHeaderSize;
+        uint64_t room = (std::min<uint64_t>(h.used, db->main->mapSize()) - start) / stride;
+        count = uint32_t(std::min<uint64_t>(h.count, room));
+        first = base + start + storage::kRecordHeaderSize;
+    }
+    const uint8_t *at(uint32_t i) const { return first + uint64_t(i) * stride; }
+};
+
+// Saves what rebuilding through the edit buffer disturbs, and puts it back.
+struct SavedPosition {
+    AreaRecord &a;
+    std::vector<uint8_t> buffer;
+    int32_t current, indexPosition;
+    bool eof, bof, found;
+    explicit SavedPosition(AreaRecord &area)
+        : a(area), buffer(area.buffer), current(area.current), indexPosition(area.indexPosition), eof(area.eof),
+          bof(area.bof), found(area.found) {}
+    ~SavedPosition() {
+        a.buffer = buffer;
+        a.current = current;
+        a.indexPosition = indexPosition;
+        a.eof = eof;
+        a.bof = bof;
+        a.found = found;
+    }
+};
+
+} // namespace
+
+std::vector<uint8_t> readEntry(DmOpenRef index, uint32_t position) {
+    Entries e(index);
+    if (position >= e.count)
+        return {};
+    return std::vector<uint8_t>(e.at(position), e.at(position) + e.size);
+}
+
+uint32_t sortPosition(DmOpenRef index, const std::vector<uint8_t> &entry, uint32_t length) {
+    if (DmNumRecords(index) == 0)
+        return 0;
+    return DmFindSortPosition(index, const_cast<uint8_t *>(entry.data()), &length, compareEntries, 0);
+}
+
+bool insertEntry(DmOpenRef index, uint32_t position, const std::vector<uint8_t> &entry) {
+    uint32_t at = position >= DmNumRecords(index) ? dmAppendPosition : position;
+    MemHandle h = DmNewRecord(index, &at, uint32_t(entry.size()));
+    void *p = h ? MemHandleLock(h) : nullptr;
+    if (!p)
+        return false;
+    DmWrite(p, 0, entry.data(), uint32_t(entry.size()));
+    MemHandleUnlock(h);
+    DmReleaseRecord(index, at, 0);
+    return true;
+}
+
+void rebuildIndex(AreaRecord &a, IndexDef &index) {
+    if (!index.db)
+        return;
+    // The entries are built and sorted in memory (stably: equal keys in record order, as
+    // OrdenarIndice orders them) and appended in order, so that the count reaches the
+    // table's only with the last entry: a rebuild cut short stays out of step.
+    std::vector<std::vector<uint8_t>> entries;
+    {
+        SavedPosition saved(a);
+        uint32_t count = DmNumRecords(a.db);
+        entries.reserve(count);
+        for (uint32_t record = 0; record < count; ++record) {
+            readRow(a, record);
+            entries.push_back(buildEntry(a, index, record));
+        }
+    }
+    std::stable_sort(entries.begin(), entries.end(), [](const auto &l, const auto &r) {
+        return std::lexicographical_compare(l.begin() + 4, l.end(), r.begin() + 4, r.end());
+    });
+    __InternalZap(index.db);
+    bool bulk = storage::state().bulk;
+    storage::state().bulk = true; // header flushes wait for the end
+    for (const auto &entry : entries)
+        insertEntry(index.db, dmAppendPosition, entry);
+    storage::state().bulk = bulk;
+    flushDatabase(index.db);
+    index.keyChanged = index.detached = false;
+}
+
+void rebuildIndexes(AreaRecord &a) {
+    for (IndexDef &index : a.def.indexes)
+        rebuildIndex(a, index);
+}
+
+void bringInStep(AreaRecord &a, IndexDef &index) {
+    if (index.db && DmNumRecords(index.db) != DmNumRecords(a.db)) {
+        CleanTbl(index.db);
+        rebuildIndex(a, index);
+    }
+}
+
+void detachChangedKeys(AreaRecord &a) {
+    for (IndexDef &index : a.def.indexes) {
+        index.detached = false;
+        if (!index.db || !index.keyChanged || DmNumRecords(index.db) == 0)
+            continue;
+        int32_t position = -1;
+        if (!FindRecnoInIndexFile(index.db, uint32_t(a.current), &position))
+            continue;
+        DmRemoveRecord(index.db, uint32_t(position));
+        index.detached = true;
+    }
+}
+
+void attachKeys(AreaRecord &a, bool appended) {
+    for (IndexDef &index : a.def.indexes) {
+        bool wanted = appended || index.detached;
+        index.keyChanged = index.detached = false;
+        if (!index.db || !wanted)
+            continue;
+        std::vector<uint8_t> entry = buildEntry(a, index, uint32_t(a.current));
+        uint32_t position = sortPosition(index.db, entry, index.attribute);
+        insertEntry(index.db, position, entry);
+        flushDatabase(index.db);
+    }
+}
+
+} // namespace zq::tables
+
+using namespace zq::tables;
+
+int FindRecnoInIndexFile(DmOpenRef index, uint32_t recordNumber, int32_t *position) noexcept {
+    Entries e(index);
+    for (uint32_t i = 0; i < e.count; ++i)
+        if (std::memcmp(e.at(i), &recordNumber, 4) == 0) {
+            if (position)
+                *position = int32_t(i);
+            return 1;
+        }
+    return 0;
+}
+
+int FindKeyInIndexFile(DmOpenRef index, const void *entry, uint32_t keyLength, int32_t *position) noexcept {
+    Entries e(index);
+    if (e.count == 0)
+        return 0;
+    int64_t p = 0;
+    if (e.count > 1) {
+        uint32_t length = keyLength;
+        p = DmFindSortPosition(index, const_cast<void *>(entry), &length, compareEntries, 0);
+        if (p > 0)
+            --p;
+    }
+    const uint8_t *key = static_cast<const uint8_t *>(entry);
+    for (; p >= 0 && p < int64_t(e.count); --p) {
+        const uint8_t *at = e.at(uint32_t(p));
+        if (compareKeys(at + 4, key + 4, keyLength) != 0)
+            return 0;
+        if (std::memcmp(at, key, 4) == 0) {
+            if (position)
+                *position = int32_t(p);
+            return 1;
+        }
+    }
+    return 0;
+}
