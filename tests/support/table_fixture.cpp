@@ -35,6 +35,21 @@ void TableTest::use(const char *name, const char *alias, bool newArea) {
     ASSERT_TRUE(isTrue(__DBUSEAREA(__INIT_BOOL(newArea), nullptr, text(name), alias ? text(alias) : nullptr)));
 }
 
+std::vector<std::pair<uint32_t, std::string>> TableTest::indexEntries(const char *index, uint32_t keyBytes) const {
+    std::vector<uint8_t> bytes = fileBytes(index);
+    std::vector<std::pair<uint32_t, std::string>> out;
+    if (bytes.size() < 20)
+        return out;
+    uint32_t appInfo = storage_test::readU32(bytes, 4), count = storage_test::readU32(bytes, 8);
+    size_t at = 20 + appInfo;
+    for (uint32_t i = 0; i < count && at + 12 + keyBytes <= bytes.size(); ++i) {
+        out.emplace_back(storage_test::readU32(bytes, at + 8),
+                         std::string(reinterpret_cast<const char *>(&bytes[at + 12]), keyBytes));
+        at += 8 + storage_test::readU16(bytes, at + 2); // header and capacity
+    }
+    return out;
+}
+
 pObj num(double n) { return __INIT_DOUBLE(n); }
 pObj text(const char *s) { return __INIT_CHARPTR(s); }
 pObj date(double dayNumber) { return __INIT_DATE(dayNumber); }

@@ -7,6 +7,8 @@
 
 #include <initializer_list>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace zq::table_test {
 
@@ -28,6 +30,9 @@ public:
     // Creates the table and opens it in a new area under its own name.
     static void createAndUse(const char *name, std::initializer_list<FieldSpec> fields);
     static void use(const char *name, const char *alias = nullptr, bool newArea = true);
+    // The entries of an index database's file, in file order: the record number and the
+    // first keyBytes bytes of the key area.
+    std::vector<std::pair<uint32_t, std::string>> indexEntries(const char *index, uint32_t keyBytes) const;
 };
 
 pObj num(double n);

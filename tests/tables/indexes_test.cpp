@@ -26,16 +26,9 @@ protected:
     static std::string code() { return textOf(__GetFieldByID(nullptr, num(1))); }
     // The entries of an index file as "record:key" texts, in file order.
     std::vector<std::string> entries(const char *index, uint32_t keyBytes) {
-        std::vector<uint8_t> bytes = fileBytes(index);
-        uint32_t appInfo = readU32(bytes, 4), count = readU32(bytes, 8);
         std::vector<std::string> out;
-        size_t at = 20 + appInfo;
-        for (uint32_t i = 0; i < count; ++i) {
-            uint32_t size = zq::storage_test::readU16(bytes, at + 2); // the capacity
-            out.push_back(std::to_string(readU32(bytes, at + 8)) + ":" +
-                          std::string(reinterpret_cast<const char *>(&bytes[at + 12]), keyBytes));
-            at += 8 + size;
-        }
+        for (const auto &[record, key] : indexEntries(index, keyBytes))
+            out.push_back(std::to_string(record) + ":" + key);
         return out;
     }
     // Codes of the rows in the current order from the top.
