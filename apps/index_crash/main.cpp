@@ -22,7 +22,9 @@ uint32_t loggedOperations(const char *path) {
     return uint32_t(size / 4);
 }
 
-void run(const IndexCrashOp &op) {
+// Runs operation k. Every other append is stored by moving to its own row rather than by
+// a commit, so its index entries stay held and later operations merge several at once.
+void run(uint32_t k, const IndexCrashOp &op) {
     pObj none = nullptr;
     switch (op.kind) {
     case IndexCrashKind::Pack:
@@ -44,7 +46,10 @@ void run(const IndexCrashOp &op) {
         __TBL_Delete(none);
     if (op.kind == IndexCrashKind::Recall)
         __TBL_Recall(none);
-    __Commit(none);
+    if (op.kind == IndexCrashKind::Append && k % 2)
+        __TBL_GoTo(none, __INIT_DOUBLE(op.row + 1));
+    else
+        __Commit(none);
 }
 
 pObj field(const char *name, const char *type, double length) {
@@ -79,7 +84,7 @@ int main(int argc, char **argv) {
         IndexCrashOp op = indexCrashOp(k, rows);
         bool reached = op.kind == IndexCrashKind::Append && __TBL_RecCount(nullptr)->payload.d > rows.size();
         if (!reached)
-            run(op);
+            run(k, op);
         applyIndexCrashOp(rows, op);
         std::fwrite(&k, 4, 1, progress);
         std::fflush(progress);

@@ -4,6 +4,7 @@
 #include "storage/layout.h"
 #include "storage/records.h"
 #include "tables/arguments.h"
+#include "tables/index_files.h"
 #include "tables/positioning.h"
 #include "tables/row.h"
 #include "zelqa/tables.h"
@@ -33,16 +34,21 @@ pObj __DBAPPEND(pObj area) noexcept {
     return logical(true);
 }
 
+// A commit also brings the held index entries into the index files.
 pObj __Commit(pObj area) noexcept {
-    writePending(requireArea(area));
+    AreaRecord &a = requireArea(area);
+    writePending(a);
+    settleIndexes(a);
     return __INIT_NIL();
 }
 
 pObj __CommitAll(void) noexcept {
     WorkAreas &w = workAreas();
     for (int16_t area = 0; area < w.handedOut; ++area)
-        if (AreaRecord *a = areaAt(area))
+        if (AreaRecord *a = areaAt(area)) {
             writePending(*a);
+            settleIndexes(*a);
+        }
     return __INIT_NIL();
 }
 

@@ -4,6 +4,7 @@
 #include "storage/database.h"
 #include "tables/durability.h"
 #include "tables/index_keys.h"
+#include "tables/pending_entries.h"
 #include "tables/row.h"
 #include "zelqa/tables.h"
 
@@ -59,14 +60,20 @@ struct SavedPosition {
 } // namespace
 
 std::vector<uint8_t> readEntry(DmOpenRef index, uint32_t position) {
+    settleEntries(index);
     Entries e(index);
     if (position >= e.count)
         return {};
     return std::vector<uint8_t>(e.at(position), e.at(position) + e.size);
 }
 
+uint32_t entryCount(DmOpenRef index) {
+    settleEntries(index);
+    return DmNumRecords(index);
+}
+
 uint32_t sortPosition(DmOpenRef index, const std::vector<uint8_t> &entry, uint32_t length) {
-    if (DmNumRecords(index) == 0)
+    if (entryCount(index) == 0)
         return 0;
     return DmFindSortPosition(index, const_cast<uint8_t *>(entry.data()), &length, compareEntries, 0);
 }
@@ -102,6 +109,7 @@ void rebuildIndex(AreaRecord &a, IndexDef &index) {
     std::stable_sort(entries.begin(), entries.end(), [](const auto &l, const auto &r) {
         return std::lexicographical_compare(l.begin() + 4, l.end(), r.begin() + 4, r.end());
     });
+    dropHeldEntries(index.db);
     __InternalZap(index.db);
     bool bulk = storage::state().bulk;
     storage::state().bulk = true; // header flushes wait for the end
@@ -118,7 +126,7 @@ void rebuildIndexes(AreaRecord &a) {
 }
 
 void bringInStep(AreaRecord &a, IndexDef &index) {
-    if (index.db && DmNumRecords(index.db) != DmNumRecords(a.db)) {
+    if (index.db && entryCount(index.db) != DmNumRecords(a.db)) {
         CleanTbl(index.db);
         rebuildIndex(a, index);
     }
@@ -127,7 +135,7 @@ void bringInStep(AreaRecord &a, IndexDef &index) {
 void detachChangedKeys(AreaRecord &a) {
     for (IndexDef &index : a.def.indexes) {
         index.detached = false;
-        if (!index.db || !index.keyChanged || DmNumRecords(index.db) == 0)
+        if (!index.db || !index.keyChanged || entryCount(index.db) == 0)
             continue;
         int32_t position = -1;
         if (!FindRecnoInIndexFile(index.db, uint32_t(a.current), &position))
@@ -143,11 +151,13 @@ void attachKeys(AreaRecord &a, bool appended) {
         index.keyChanged = index.detached = false;
         if (!index.db || !wanted)
             continue;
-        std::vector<uint8_t> entry = buildEntry(a, index, uint32_t(a.current));
-        uint32_t position = sortPosition(index.db, entry, index.attribute);
-        insertEntry(index.db, position, entry);
-        flushDatabase(index.db);
+        holdEntry(index.db, buildEntry(a, index, uint32_t(a.current)), index.attribute);
     }
+}
+
+void settleIndexes(AreaRecord &a) {
+    for (IndexDef &index : a.def.indexes)
+        settleEntries(index.db);
 }
 
 } // namespace zq::tables
@@ -155,6 +165,7 @@ void attachKeys(AreaRecord &a, bool appended) {
 using namespace zq::tables;
 
 int FindRecnoInIndexFile(DmOpenRef index, uint32_t recordNumber, int32_t *position) noexcept {
+    settleEntries(index);
     Entries e(index);
     for (uint32_t i = 0; i < e.count; ++i)
         if (std::memcmp(e.at(i), &recordNumber, 4) == 0) {
@@ -166,6 +177,7 @@ int FindRecnoInIndexFile(DmOpenRef index, uint32_t recordNumber, int32_t *positi
 }
 
 int FindKeyInIndexFile(DmOpenRef index, const void *entry, uint32_t keyLength, int32_t *position) noexcept {
+    settleEntries(index);
     Entries e(index);
     if (e.count == 0)
         return 0;

@@ -15,10 +15,14 @@
 
 namespace zq::tables {
 
+// Every reader here first merges the entries held for the index (pending_entries.h).
+
 // The entry at position, or empty when there is none.
 std::vector<uint8_t> readEntry(DmOpenRef index, uint32_t position);
 // The position DmFindSortPosition gives for entry (its key compared over length bytes).
 uint32_t sortPosition(DmOpenRef index, const std::vector<uint8_t> &entry, uint32_t length);
+// The number of entries in the index's file.
+uint32_t entryCount(DmOpenRef index);
 // Inserts entry at position; false when the store refuses.
 bool insertEntry(DmOpenRef index, uint32_t position, const std::vector<uint8_t> &entry);
 
@@ -34,7 +38,10 @@ void bringInStep(AreaRecord &a, IndexDef &index);
 // whose key changed (none when the row is deleted), remembering which had one.
 void detachChangedKeys(AreaRecord &a);
 // After a row is stored: an appended row gets an entry in every open index; an existing
-// live row gets new entries where detachChangedKeys removed one. Clears the marks.
+// live row gets new entries where detachChangedKeys removed one. The entries are held
+// until the index is next read (pending_entries.h). Clears the marks.
 void attachKeys(AreaRecord &a, bool appended);
+// Merges the held entries of every index of the area into their files.
+void settleIndexes(AreaRecord &a);
 
 } // namespace zq::tables

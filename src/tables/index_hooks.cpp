@@ -2,6 +2,7 @@
 #include "tables/index_hooks.h"
 
 #include "tables/index_files.h"
+#include "tables/pending_entries.h"
 
 #include <algorithm>
 #include <cstring>
@@ -22,6 +23,7 @@ int64_t recordOfIndexPosition(AreaRecord &a, int64_t position) {
     if (a.order >= a.def.indexes.size() || position < 0)
         return -1;
     DmOpenRef db = a.def.indexes[a.order].db;
+    settleEntries(db);
     MemHandle h = db ? DmQueryRecord(db, uint32_t(position)) : nullptr;
     auto *p = static_cast<const uint8_t *>(h ? MemHandleLock(h) : nullptr);
     if (!p)

@@ -6,6 +6,7 @@
 #include "tables/index_files.h"
 #include "tables/index_orders.h"
 #include "tables/opening.h"
+#include "tables/pending_entries.h"
 #include "tables/positioning.h"
 #include "tables/row.h"
 #include "tables/shared_databases.h"
@@ -103,6 +104,7 @@ pObj __dbZap(pObj area) noexcept {
 }
 
 void CleanTbl(DmOpenRef db) noexcept {
+    dropHeldEntries(db);
     if (db)
         __InternalZap(db);
 }

@@ -28,7 +28,7 @@ bool notFound(AreaRecord &a) {
 // match (match: whether the walk is bound to the key). False when none is left.
 bool loadFrom(AreaRecord &a, IndexDef &index, uint32_t position, const std::vector<uint8_t> &key,
               uint32_t length, bool match) {
-    uint32_t count = DmNumRecords(index.db);
+    uint32_t count = entryCount(index.db);
     for (; position < count; ++position) {
         std::vector<uint8_t> entry = readEntry(index.db, position);
         if (entry.size() < 4 || (match && compareKeys(entry.data() + 4, key.data() + 4, length) != 0))
@@ -76,7 +76,7 @@ pObj __Seek(pObj area, pObj cKey, pObj lSoft) noexcept {
     uint32_t length = std::min<uint32_t>(uint32_t(text.size()), index.attribute);
     std::vector<uint8_t> key(4 + std::max<size_t>(text.size(), index.attribute), 0);
     std::memcpy(key.data() + 4, text.data(), text.size());
-    uint32_t entries = DmNumRecords(index.db);
+    uint32_t entries = entryCount(index.db);
     uint32_t p = entries ? std::min(sortPosition(index.db, key, length), entries) : 0;
     int64_t at = p == 0 ? 0 : int64_t(p) - 1;
     std::vector<uint8_t> entry = readEntry(index.db, uint32_t(at));

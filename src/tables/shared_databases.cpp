@@ -1,6 +1,8 @@
 // Holder counts of the databases that work areas keep open.
 #include "tables/shared_databases.h"
 
+#include "tables/pending_entries.h"
+
 #include <map>
 
 namespace zq::tables {
@@ -29,6 +31,7 @@ void closeShared(DmOpenRef db) {
         return;
     if (it != holders().end())
         holders().erase(it);
+    settleEntries(db);
     DmCloseDatabase(db);
 }
 

@@ -10,7 +10,8 @@ namespace zq::tables {
 
 // Finds and opens a database by name, counting the holder; null when it cannot.
 DmOpenRef openShared(const std::string &name);
-// Drops one holder; the database closes when none is left.
+// Drops one holder; the database closes when none is left, an index after taking its
+// held entries (pending_entries.h).
 void closeShared(DmOpenRef db);
 
 } // namespace zq::tables

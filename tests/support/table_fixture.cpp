@@ -36,6 +36,7 @@ void TableTest::use(const char *name, const char *alias, bool newArea) {
 }
 
 std::vector<std::pair<uint32_t, std::string>> TableTest::indexEntries(const char *index, uint32_t keyBytes) const {
+    __CommitAll(); // new entries reach the index files at a commit
     std::vector<uint8_t> bytes = fileBytes(index);
     std::vector<std::pair<uint32_t, std::string>> out;
     if (bytes.size() < 20)

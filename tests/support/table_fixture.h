@@ -30,8 +30,8 @@ public:
     // Creates the table and opens it in a new area under its own name.
     static void createAndUse(const char *name, std::initializer_list<FieldSpec> fields);
     static void use(const char *name, const char *alias = nullptr, bool newArea = true);
-    // The entries of an index database's file, in file order: the record number and the
-    // first keyBytes bytes of the key area.
+    // The entries of an index database's file after a commit of every area, in file
+    // order: the record number and the first keyBytes bytes of the key area.
     std::vector<std::pair<uint32_t, std::string>> indexEntries(const char *index, uint32_t keyBytes) const;
 };
 

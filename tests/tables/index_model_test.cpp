@@ -38,10 +38,11 @@ protected:
             code += char('A' + pick(4));
         return padded(code);
     }
-    void store(const std::string &code, int number) {
+    void store(const std::string &code, int number, bool commit = true) {
         __SetField(nullptr, num(1), text(code.c_str()));
         __SetField(nullptr, num(2), num(number));
-        __Commit(nullptr);
+        if (commit)
+            __Commit(nullptr);
     }
     void goTo(size_t record) {
         __ClearIndex(nullptr);
@@ -118,11 +119,13 @@ protected:
 
     void step() {
         int what = pick(100);
-        if (what < 35 || rows.empty()) {
-            Row r{randomCode(), pick(40)};
-            __DBAPPEND(nullptr);
-            store(r.code, r.number);
-            rows.push_back(r);
+        if (what < 35 || rows.empty()) { // a burst of appends with one commit: entries merged together
+            for (int n = 1 + pick(6); n > 0; --n) {
+                Row r{randomCode(), pick(40)};
+                __DBAPPEND(nullptr);
+                store(r.code, r.number, n == 1);
+                rows.push_back(r);
+            }
         } else if (what < 60) {
             size_t record = size_t(pick(int(rows.size())));
             goTo(record);

@@ -122,6 +122,34 @@ TEST_F(IndexTest, StoredRowsKeepTheirEntriesCurrent) {
     EXPECT_EQ(entries("BYCODE", 4), (std::vector<std::string>{"1:E   ", "0:Z   "}));
 }
 
+// Appended rows' entries wait outside the file until the index is read or committed, and
+// then go in together: after every equal key already there, equal keys in the order they came.
+TEST_F(IndexTest, HeldEntriesMergeAfterEqualKeysInTheOrderTheyCame) {
+    __DBCREATEINDEX(text("bycode"), text("code"), __INIT_NUL());
+    addRow("K", "first", 1);
+    addRow("C", "c", 2);
+    for (const char *c : {"K", "A", "K", "Z", "C"}) { // stored by the next append, not committed
+        __DBAPPEND(nullptr);
+        __SetField(nullptr, num(1), text(c));
+    }
+    __TBL_GoTo(nullptr, num(7)); // the last row stored too
+    auto fileCount = [&] { return readU32(fileBytes("BYCODE"), 8); };
+    EXPECT_EQ(fileCount(), 2u); // out of step with the table's 7 rows until the merge
+    __TBL_SetOrder(nullptr, num(1));
+    ASSERT_TRUE(isTrue(__Seek(nullptr, text("Z"), nullptr))); // a read merges first
+    EXPECT_EQ(numberOf(__TBL_RecNo(nullptr)), 6);
+    EXPECT_EQ(fileCount(), 7u);
+    EXPECT_EQ(entries("BYCODE", 4), (std::vector<std::string>{"3:A   ", "1:C   ", "6:C   ", "0:K   ", "2:K   ",
+                                                              "4:K   ", "5:Z   "}));
+    __DBAPPEND(nullptr);
+    __SetField(nullptr, num(1), text("B"));
+    __dbCloseAll(); // closing merges too
+    EXPECT_EQ(fileCount(), 8u);
+    use("people");
+    __TBL_SetOrder(nullptr, num(1));
+    EXPECT_EQ(walk(), "A   ,B   ,C   ,C   ,K   ,K   ,K   ,Z   ,");
+}
+
 TEST_F(IndexTest, SeekFindsExactPrefixAndSoftPositions) {
     for (const char *c : {"BB", "AB", "BA", "CA", "BA"})
         addRow(c, c, 0);
