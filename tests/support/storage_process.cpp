@@ -4,6 +4,11 @@
 #include "platform/process.h"
 #include "support/installer_sandbox.h"
 
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
+
 namespace zq::storage_test {
 namespace {
 bool onPosix() { return platform::directorySeparator() == '/'; }
@@ -24,5 +29,27 @@ void killProcess(const platform::StartedProcess &process) {
 std::string appPath(const std::string &name) { return test::appPath(onPosix() ? name : name + ".exe"); }
 
 int crashRounds() { return onPosix() ? 40 : 6; }
+
+uint32_t loggedOperations(const std::string &progress) {
+    std::error_code ec;
+    auto size = std::filesystem::file_size(progress, ec);
+    return ec ? 0 : uint32_t(size / 4);
+}
+
+void killRepeatedly(const std::string &program, const std::string &progress, uint32_t seed,
+                    const std::function<void(uint32_t)> &check) {
+    std::mt19937 random(seed);
+    int rounds = crashRounds();
+    for (int round = 0; round < rounds; ++round) {
+        platform::StartedProcess process = startProcess(program, progress);
+        ASSERT_TRUE(process.process) << program;
+        platform::sleepMilliseconds(rounds > 10 ? 5 + int(random() % 60) : 400 + int(random() % 1200));
+        killProcess(process);
+        SCOPED_TRACE("round " + std::to_string(round));
+        check(loggedOperations(progress));
+        if (::testing::Test::HasFatalFailure())
+            return;
+    }
+}
 
 } // namespace zq::storage_test

@@ -3,6 +3,8 @@
 
 #include "platform/processes.h"
 
+#include <cstdint>
+#include <functional>
 #include <string>
 
 namespace zq::storage_test {
@@ -15,5 +17,13 @@ void killProcess(const platform::StartedProcess &process);
 std::string appPath(const std::string &name);
 // How many kills the crash test makes: process starts cost more under Windows.
 int crashRounds();
+
+// The operations a crash writer logged in its progress file, 4 bytes each.
+uint32_t loggedOperations(const std::string &progress);
+// Starts program on its progress file and kills it at a random moment, crashRounds()
+// times, calling check with the operations logged after each kill; stops after a fatal
+// failure. The caller holds no storage while the writer runs.
+void killRepeatedly(const std::string &program, const std::string &progress, uint32_t seed,
+                    const std::function<void(uint32_t)> &check);
 
 } // namespace zq::storage_test

@@ -5,7 +5,6 @@
 #include "support/table_fixture.h"
 
 #include <filesystem>
-#include <random>
 
 using namespace zq::table_test;
 using namespace zq::storage_test;
@@ -14,12 +13,6 @@ namespace {
 
 class TableCrashTest : public TableTest {
 protected:
-    uint32_t committed() {
-        std::error_code ec;
-        auto size = std::filesystem::file_size(directory + "/progress", ec);
-        return ec ? 0 : uint32_t(size / 4);
-    }
-
     static CrashRow rowAt(uint32_t i) {
         __TBL_GoTo(nullptr, num(i + 1));
         CrashRow row;
@@ -61,19 +54,10 @@ TEST_F(TableCrashTest, KilledWriterLosesNoCommittedOperation) {
     ASSERT_TRUE(isTrue(__DBCREATE(text("CRASH"), structure({{"ID", "N", 8, 0}, {"NAME", "C", 20, 0},
                                                              {"NOTE", "M", 4, 0}, {"FLAG", "L", 1, 0}}), nullptr)));
     StorageClose();
-    std::mt19937 random(4242);
-    int rounds = crashRounds();
-    for (int round = 0; round < rounds; ++round) {
-        zq::platform::StartedProcess process = startProcess(child, directory + "/progress");
-        ASSERT_TRUE(process.process);
-        zq::platform::sleepMilliseconds(rounds > 10 ? 5 + int(random() % 60) : 400 + int(random() % 1200));
-        killProcess(process);
-        SCOPED_TRACE("round " + std::to_string(round));
-        verify(committed());
-        if (HasFatalFailure())
-            return;
-    }
-    EXPECT_GT(committed(), 20u);
+    std::string progress = directory + "/progress";
+    killRepeatedly(child, progress, 4242, [&](uint32_t n) { verify(n); });
+    if (!HasFatalFailure())
+        EXPECT_GT(loggedOperations(progress), 20u);
 }
 
 } // namespace

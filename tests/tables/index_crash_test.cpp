@@ -5,7 +5,6 @@
 #include "support/table_fixture.h"
 
 #include <filesystem>
-#include <random>
 #include <set>
 
 using namespace zq::table_test;
@@ -15,12 +14,6 @@ namespace {
 
 class IndexCrashTest : public TableTest {
 protected:
-    uint32_t committed() {
-        std::error_code ec;
-        auto size = std::filesystem::file_size(directory + "/progress", ec);
-        return ec ? 0 : uint32_t(size / 4);
-    }
-
     static std::string keyOf(const IndexCrashRow &r, int order) {
         char number[16];
         std::snprintf(number, sizeof number, "%8.0f", r.number);
@@ -74,19 +67,10 @@ TEST_F(IndexCrashTest, KilledWriterLeavesIndexesThatFindEveryRow) {
     __DBCREATEINDEX(text("INUMBER"), text("STR(NUMBER)+CODE"), __INIT_NUL());
     __dbCloseAll();
     StorageClose();
-    std::mt19937 random(1123);
-    int rounds = crashRounds();
-    for (int round = 0; round < rounds; ++round) {
-        zq::platform::StartedProcess process = startProcess(child, directory + "/progress");
-        ASSERT_TRUE(process.process);
-        zq::platform::sleepMilliseconds(rounds > 10 ? 5 + int(random() % 60) : 400 + int(random() % 1200));
-        killProcess(process);
-        SCOPED_TRACE("round " + std::to_string(round));
-        verify(committed());
-        if (HasFatalFailure())
-            return;
-    }
-    EXPECT_GT(committed(), 20u);
+    std::string progress = directory + "/progress";
+    killRepeatedly(child, progress, 1123, [&](uint32_t n) { verify(n); });
+    if (!HasFatalFailure())
+        EXPECT_GT(loggedOperations(progress), 20u);
 }
 
 } // namespace
