@@ -2,7 +2,8 @@
 //
 // It opens its main window (class "OO_Window32"), notes its version in "sample.log"
 // beside itself, keeps a row for every event in its table "VISITS" (made on first run) and
-// logs the table's rows, and then, as asked on its command line:
+// logs the table's rows, unless it is only to shut down (the hand-off alone, which must
+// work where storage refuses the directory), and then, as asked on its command line:
 //   --update-from FILE VERSION  stages FILE as its own successor and ends through SHUTDOWN,
 //                               so the installer puts FILE in place and starts it again;
 //   --shutdown                  ends through SHUTDOWN with nothing staged by itself;
@@ -76,7 +77,9 @@ int main(int argc, char **argv) {
     zq_enter_function("MAIN", 1);
     void *window = zq_window_create("OO_Window32", "Sample " SAMPLE_VERSION);
     noteVersion("started");
-    openVisits();
+    bool shutdownOnly = argc == 2 && !std::strcmp(argv[1], "--shutdown");
+    if (!shutdownOnly)
+        openVisits();
 
     if (argc == 4 && !std::strcmp(argv[1], "--update-from")) {
         zq_enter_function("MAIN", 2);
@@ -89,7 +92,7 @@ int main(int argc, char **argv) {
         keepVisit("staged");
         noteVersion("staged its successor and shuts down");
         SHUTDOWN();
-    } else if (argc == 2 && !std::strcmp(argv[1], "--shutdown")) {
+    } else if (shutdownOnly) {
         SHUTDOWN();
     } else if (argc == 2 && !std::strcmp(argv[1], "--fail")) {
         zq_enter_function("MAIN", 3);
