@@ -18,6 +18,9 @@ std::string programPath();
 // Sets (or, with a null value, removes) an environment variable of this process.
 void setEnvironment(const char *name, const char *value);
 
+// True when the standard error stream is a terminal (progress is shown only there).
+bool standardErrorIsTerminal();
+
 // Ends the process at once with the given exit code.
 [[noreturn]] void exitProcess(int code);
 

@@ -139,6 +139,8 @@ void flushCatalog() { flushView(*state().catalog); }
 
 bool ensureStarted() { return state().started || StorageStart() == dmErrNone; }
 
+void useDirectory(const std::string &directory) { state().chosenDirectory = directory; }
+
 } // namespace zq::storage
 
 using namespace zq::storage;
@@ -157,13 +159,13 @@ Err StorageStart(void) noexcept {
         trace("falhou 2");
         zq::runtime::raiseError(ZQ_ERR_LOW_MEMORY);
     }
-    std::string program = zq::platform::programDirectory();
+    std::string program = s.chosenDirectory.empty() ? zq::platform::programDirectory() : s.chosenDirectory;
     // Paths are never cut: a cut one would put the data in another directory.
     if (program.size() > kMaxProgramDir) {
         alert("Caminho muito grande: " + program);
         zq::runtime::raiseError(ZQ_ERR_LOW_MEMORY);
     }
-    s.directory = program + zq::platform::directorySeparator() + "DB";
+    s.directory = s.chosenDirectory.empty() ? program + zq::platform::directorySeparator() + "DB" : program;
     zq::platform::createDirectory(s.directory);
     takeStorageLock();
     s.started = true;

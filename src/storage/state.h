@@ -34,6 +34,7 @@ struct StorageState {
     std::unique_ptr<void *[]> handles;        // kHandleSlots, each null or a HandleRecord
     std::FILE *trace = nullptr;               // saida.txt
     std::string directory;                    // storage directory, no trailing separator
+    std::string chosenDirectory;              // set by useDirectory: replaces "DB" beside the program
     platform::File lock;                      // catalog.lck, held while storage is open
 };
 
@@ -41,6 +42,11 @@ StorageState &state();
 
 // Starts storage when it has not been started; false when the catalog cannot be mapped.
 bool ensureStarted();
+
+// Makes the next storage start use this directory instead of "DB" beside the program (an
+// empty text goes back to it). Tools that work on a storage directory named on their
+// command line call it before anything starts storage.
+void useDirectory(const std::string &directory);
 
 void trace(const char *text);           // one line appended to saida.txt
 void alert(const std::string &text);    // "Alert" box

@@ -48,6 +48,8 @@ void setEnvironment(const char *name, const char *value) {
         unsetenv(name);
 }
 
+bool standardErrorIsTerminal() { return isatty(2) == 1; }
+
 void exitProcess(int code) {
     std::fflush(nullptr);
     _exit(code);

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <io.h>
 #include <cstdlib>
 #include <string>
 
@@ -49,6 +50,8 @@ void setEnvironment(const char *name, const char *value) {
     _putenv(entry.c_str());
     SetEnvironmentVariableA(name, value);
 }
+
+bool standardErrorIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
 void exitProcess(int code) {
     std::fflush(nullptr);

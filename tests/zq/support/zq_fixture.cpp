@@ -1,0 +1,118 @@
+// The data tool's fixture: sample tables made through the runtime, zq run as a process.
+#include "zq/support/zq_fixture.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <sys/wait.h>
+#include <fstream>
+#include <sstream>
+
+namespace zq::tool_test {
+
+using table_test::num;
+using table_test::text;
+
+namespace {
+
+std::string shellQuoted(const std::string &arg) {
+    std::string q = "'";
+    for (char c : arg)
+        q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+}
+
+std::string valueText(pObj v) {
+    if (!v)
+        return "nil";
+    char out[64];
+    switch (v->type) {
+    case TYPE_CHAR:
+        return v->payload.c ? v->payload.c : "";
+    case TYPE_NUMERIC:
+    case TYPE_DATE:
+        std::snprintf(out, sizeof out, "%.4f", v->payload.d);
+        return out;
+    case TYPE_LOGICAL:
+        return v->payload.l ? "T" : "F";
+    default:
+        return "?";
+    }
+}
+
+void setRow(double code, const char *name, double balance, double day, bool active, const char *notes) {
+    __DBAPPEND(nullptr);
+    __SetField(nullptr, num(1), num(code));
+    __SetField(nullptr, num(2), text(name));
+    __SetField(nullptr, num(3), num(balance));
+    __SetField(nullptr, num(4), table_test::date(day));
+    __SetField(nullptr, num(5), __INIT_BOOL(active));
+    __SetField(nullptr, num(6), text(notes));
+    __Commit(nullptr);
+}
+
+} // namespace
+
+void ZqTest::SetUp() { TableTest::SetUp(); }
+
+void ZqTest::closeStorage() {
+    __dbCloseAll();
+    StorageClose();
+}
+
+ToolRun ZqTest::zq(const std::vector<std::string> &args) {
+    closeStorage();
+    std::string command = shellQuoted(std::string(ZQ_APPS_BIN_DIR) + "/zq");
+    for (const std::string &a : args)
+        command += " " + shellQuoted(a);
+    std::string out = file("zq.out"), err = file("zq.err");
+    command += " >" + shellQuoted(out) + " 2>" + shellQuoted(err) + " </dev/null";
+    int raw = std::system(command.c_str());
+    ToolRun run;
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    run.out = readFile(out);
+    run.err = readFile(err);
+    return run;
+}
+
+void ZqTest::makeClients() {
+    createAndUse("CLIENTES", {{"CODIGO", "N", 6, 0}, {"NOME", "C", 20, 0}, {"SALDO", "N", 10, 2},
+                              {"NASC", "D", 8, 0}, {"ATIVO", "L", 1, 0}, {"OBS", "M", 10, 0}});
+    setRow(1, "Jos\xE9 da Silva", 1250.5, __EncodeDate(1980, 2, 29), true, "Cliente antigo.\nPaga em dia; \xE0 vista.");
+    setRow(2, "Concei\xE7\xE3o", -20.25, __EncodeDate(2001, 12, 31), false, "");
+    setRow(3, "", 0, 0, true, "sem nome, \"aspas\" e v\xEDrgula");
+    setRow(4, "Apagado", 99, __EncodeDate(1999, 1, 1), false, "linha removida");
+    __TBL_Delete(nullptr);
+    __Commit(nullptr);
+    setRow(5, "\xC1gata", 1e6, __EncodeDate(2026, 11, 23), true, "\xFF\xE7\xC7 fim");
+    __DBCREATEINDEX(text("CLI_NOME"), text("NOME"), __INIT_NUL());
+    __DBCREATEINDEX(text("CLI_COD"), text("STR(CODIGO)"), __INIT_NUL());
+    closeStorage();
+}
+
+std::vector<std::string> ZqTest::rowsOf(const std::string &table) {
+    use(table.c_str(), "ZQ_ROWS");
+    std::vector<std::string> rows;
+    int fields = int(table_test::numberOf(__TBL_Fcount(nullptr)));
+    for (__TBL_GoTop(nullptr); !table_test::isTrue(__TBL_Eof(nullptr)); __TBL_Skip(nullptr, num(1))) {
+        std::string row = table_test::isTrue(__TBL_Deleted(nullptr)) ? "*" : "";
+        for (int i = 1; i <= fields; ++i)
+            row += (i > 1 ? "|" : "") + valueText(__GetField(nullptr, num(i), __INIT_BOOL(1)));
+        rows.push_back(row);
+    }
+    closeStorage();
+    return rows;
+}
+
+void writeFile(const std::string &path, const std::string &bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+std::string readFile(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+} // namespace zq::tool_test

@@ -1,0 +1,46 @@
+// A fixture for the data tool's tests: a storage directory filled through the runtime,
+// and zq run on it as its own process, its output and exit status kept.
+#pragma once
+
+#include "support/table_fixture.h"
+
+#include <string>
+#include <vector>
+
+namespace zq::tool_test {
+
+struct ToolRun {
+    int status = -1;
+    std::string out; // standard output
+    std::string err; // standard error
+};
+
+class ZqTest : public table_test::TableTest {
+protected:
+    void SetUp() override;
+
+    // The storage directory, "DB" in the test's own directory.
+    std::string db() const { return directory + "/DB"; }
+    std::string file(const std::string &name) const { return directory + "/" + name; }
+
+    // Runs zq with these arguments (each quoted for the shell) once storage is closed.
+    ToolRun zq(const std::vector<std::string> &args);
+
+    // CLIENTES: every field type (CODIGO N 6, NOME C 20, SALDO N 10.2, NASC D, ATIVO L,
+    // OBS M), five rows with Latin-1 texts, an empty text, an empty date and a memo of
+    // several lines, row 4 deleted; indexes CLI_NOME (NOME) and CLI_COD (STR(CODIGO)).
+    void makeClients();
+
+    // Every row of a table through the runtime, deleted ones marked "*": the fields'
+    // values as text joined by "|", in natural order.
+    std::vector<std::string> rowsOf(const std::string &table);
+
+    // Storage closed, so that zq (or a test reading bytes) sees every write and no lock.
+    static void closeStorage();
+};
+
+// Writes bytes to a file, replacing it.
+void writeFile(const std::string &path, const std::string &bytes);
+std::string readFile(const std::string &path);
+
+} // namespace zq::tool_test
