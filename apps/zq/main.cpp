@@ -63,6 +63,13 @@ int main(int argc, char **argv) {
                    "(types C N D L M); without it they are inferred");
     im->callback([&] { run = [&] { return runImport(dir, table, file, import); }; });
 
+    bool known = false;
+    for (const CLI::App *sub : app.get_subcommands([](CLI::App *) { return true; }))
+        known = known || (argc > 1 && sub->get_name() == argv[1]);
+    if (argc > 1 && argv[1][0] != '-' && !known) {
+        complain(std::string("unknown command \"") + argv[1] + "\"; zq --help lists the commands");
+        return kExitUsage;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp &e) {

@@ -1,7 +1,9 @@
 // The data tool's fixture: sample tables made through the runtime, zq run as a process.
 #include "zq/support/zq_fixture.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <cstdlib>
 #include <sys/wait.h>
 #include <fstream>
@@ -101,6 +103,29 @@ std::vector<std::string> ZqTest::rowsOf(const std::string &table) {
     }
     closeStorage();
     return rows;
+}
+
+std::vector<size_t> ZqTest::recordOffsets(const std::string &database) const {
+    std::vector<uint8_t> bytes = fileBytes(database);
+    std::vector<size_t> offsets;
+    if (bytes.size() < 20)
+        return offsets;
+    uint32_t count = storage_test::readU32(bytes, 8);
+    size_t at = 20 + storage_test::readU32(bytes, 4);
+    bool fixed = bytes[1] == 'B';
+    for (uint32_t i = 0; i < count && at + 8 <= bytes.size(); ++i) {
+        offsets.push_back(at);
+        at += 8 + (fixed ? storage_test::readU16(bytes, at) : storage_test::readU16(bytes, at + 2));
+    }
+    return offsets;
+}
+
+std::vector<std::pair<std::string, std::string>> ZqTest::snapshot(const std::string &dir) const {
+    std::vector<std::pair<std::string, std::string>> files;
+    for (const auto &e : std::filesystem::directory_iterator(dir))
+        files.emplace_back(e.path().filename().string(), readFile(e.path().string()));
+    std::sort(files.begin(), files.end());
+    return files;
 }
 
 void writeFile(const std::string &path, const std::string &bytes) {
