@@ -35,11 +35,15 @@ protected:
     // values as text joined by "|", in natural order.
     std::vector<std::string> rowsOf(const std::string &table);
 
+public:
     // Offsets of the record headers of a database file in DB, in order (the records a
     // walk by capacity finds for offset-indexed files, the counted entries for indexes).
     std::vector<size_t> recordOffsets(const std::string &database) const;
     // Every file in DB with its bytes, to see that a command changed nothing.
     std::vector<std::pair<std::string, std::string>> snapshot(const std::string &dir) const;
+    // The bytes of a file in DB, and writing them back.
+    std::vector<uint8_t> bytesOf(const std::string &database) const { return fileBytes(database); }
+    void replaceBytes(const std::string &database, const std::vector<uint8_t> &b) const { writeBytes(database, b); }
 
     // Storage closed, so that zq (or a test reading bytes) sees every write and no lock.
     static void closeStorage();
