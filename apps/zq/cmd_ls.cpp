@@ -42,7 +42,7 @@ int runLs(const std::string &dir) {
         return kExitProblem;
     }
     bool missing = false;
-    std::printf("%-31s %-4s %-7s %8s %10s  %-19s  %-19s\n", "DATABASE", "TYPE", "CREATOR", "RECORDS", "BYTES",
+    std::printf("%-31s %-4s %-7s %8s %10s  %-19s  %s\n", "DATABASE", "TYPE", "CREATOR", "RECORDS", "BYTES",
                 "CREATED", "MODIFIED");
     std::vector<std::string> lost, tables;
     for (const CatalogItem &item : *catalog) {
@@ -53,7 +53,7 @@ int runLs(const std::string &dir) {
             continue;
         }
         auto h = headerOf(*file);
-        std::printf("%-31s %-4s %-7s %8u %10zu  %-19s  %-19s\n", latin1ToUtf8(item.name).c_str(),
+        std::printf("%-31s %-4s %-7s %8u %10zu  %-19s  %s\n", latin1ToUtf8(item.name).c_str(),
                     fourChars(item.entry.type).c_str(), fourChars(item.entry.creator).c_str(), h ? h->count : 0u,
                     file->size(), timeText(item.entry.created).c_str(), timeText(item.entry.modified).c_str());
         if (item.entry.type != tables::kTypeData)

@@ -42,6 +42,8 @@ void printRow(const std::vector<std::string> &cells, const std::vector<size_t> &
         if (i + 1 < cells.size())
             line += "  ";
     }
+    while (!line.empty() && line.back() == ' ')
+        line.pop_back();
     std::printf("%s\n", line.c_str());
 }
 
