@@ -4,8 +4,6 @@
 namespace zq::tool_test {
 namespace {
 
-bool has(const std::string &text, const std::string &part) { return text.find(part) != std::string::npos; }
-
 const char *kHeader = "CODIGO,NOME,SALDO,NASC,ATIVO,OBS\n";
 
 struct BadFile {

@@ -7,8 +7,6 @@
 namespace zq::tool_test {
 namespace {
 
-bool has(const std::string &text, const std::string &part) { return text.find(part) != std::string::npos; }
-
 uint16_t u16At(const std::vector<uint8_t> &b, size_t at) { return uint16_t(b[at] | b[at + 1] << 8); }
 
 struct Damage {

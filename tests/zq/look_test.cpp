@@ -6,8 +6,6 @@
 namespace zq::tool_test {
 namespace {
 
-bool has(const std::string &text, const std::string &part) { return text.find(part) != std::string::npos; }
-
 TEST_F(ZqTest, LsListsDatabasesTablesUnknownFilesAndLostEntries) {
     makeClients();
     ToolRun clean = zq({"ls", db()});

@@ -8,8 +8,6 @@
 namespace zq::tool_test {
 namespace {
 
-bool has(const std::string &text, const std::string &part) { return text.find(part) != std::string::npos; }
-
 std::vector<std::string> live(const std::vector<std::string> &rows) {
     std::vector<std::string> kept;
     for (const std::string &r : rows)

@@ -49,6 +49,8 @@ public:
     static void closeStorage();
 };
 
+inline bool has(const std::string &text, const std::string &part) { return text.find(part) != std::string::npos; }
+
 // Writes bytes to a file, replacing it.
 void writeFile(const std::string &path, const std::string &bytes);
 std::string readFile(const std::string &path);
