@@ -15,16 +15,6 @@
 namespace zq::tool {
 namespace {
 
-// The databases a table's copy needs: itself, its memo companion and its indexes.
-std::vector<std::string> tableFiles(const std::string &dir, const std::string &table) {
-    std::vector<std::string> names{table, table + "_M"};
-    auto bytes = readWholeFile(pathIn(dir, table));
-    if (auto def = bytes ? tableDefinition(*bytes) : std::nullopt)
-        for (const auto &index : def->indexes)
-            names.push_back(index.name);
-    return names;
-}
-
 void removeOutput(const std::string &file) {
     std::error_code ec;
     std::filesystem::remove(file, ec);
@@ -40,15 +30,10 @@ int runExport(const std::string &dir, const std::string &table, const std::strin
         complain(file + ": unknown format; the file must end in .csv, .dbf or .xlsx");
         return kExitUsage;
     }
-    if (!isStorageDirectory(dir))
+    auto item = requireTable(dir, table);
+    if (!item)
         return kExitUsage;
-    auto catalog = readCatalog(dir);
-    const CatalogItem *item = catalog ? findTable(*catalog, table) : nullptr;
-    if (!item) {
-        complain(dir + ": no table " + table);
-        return kExitUsage;
-    }
-    startRuntime(privateCopy(dir, tableFiles(dir, item->name)));
+    startRuntime(privateCopy(dir, tableDatabases(dir, item->name)));
     OpenTable t(item->name, "ZQ_EXPORT");
     std::vector<tables::FieldDef> fields = t.fields();
     std::string why;

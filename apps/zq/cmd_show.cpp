@@ -58,21 +58,10 @@ int orderOf(const tables::TableDef &def, const std::string &index) {
 } // namespace
 
 int runShow(const std::string &dir, const std::string &table, const ShowOptions &options) {
-    if (!isStorageDirectory(dir))
+    auto item = requireTable(dir, table);
+    if (!item)
         return kExitUsage;
-    auto catalog = readCatalog(dir);
-    const CatalogItem *item = catalog ? findTable(*catalog, table) : nullptr;
-    if (!item) {
-        complain(dir + ": no table " + table);
-        return kExitUsage;
-    }
-    auto bytes = readWholeFile(pathIn(dir, item->name));
-    auto stored = bytes ? tableDefinition(*bytes) : std::nullopt;
-    std::vector<std::string> names{item->name, item->name + "_M"};
-    if (stored)
-        for (const auto &index : stored->indexes)
-            names.push_back(index.name);
-    startRuntime(privateCopy(dir, names));
+    startRuntime(privateCopy(dir, tableDatabases(dir, item->name)));
     OpenTable t(item->name, "ZQ_SHOW");
     int order = options.order.empty() ? 0 : orderOf(t.definition(), options.order);
     if (!options.order.empty() && order == 0) {

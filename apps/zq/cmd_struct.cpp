@@ -11,14 +11,9 @@
 namespace zq::tool {
 
 int runStruct(const std::string &dir, const std::string &table) {
-    if (!isStorageDirectory(dir))
+    auto item = requireTable(dir, table);
+    if (!item)
         return kExitUsage;
-    auto catalog = readCatalog(dir);
-    const CatalogItem *item = catalog ? findTable(*catalog, table) : nullptr;
-    if (!item) {
-        complain(dir + ": no table " + table);
-        return kExitUsage;
-    }
     auto file = readWholeFile(pathIn(dir, item->name));
     auto def = file ? tableDefinition(*file) : std::nullopt;
     if (!def) {

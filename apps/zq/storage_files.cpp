@@ -1,6 +1,7 @@
 // A storage directory read as bytes: catalog entries, headers and definition blocks.
 #include "storage_files.h"
 
+#include "session.h"
 #include "tables/definition_block.h"
 #include "text.h"
 
@@ -87,6 +88,27 @@ const CatalogItem *findTable(const std::vector<CatalogItem> &catalog, const std:
         if (item.entry.type == tables::kTypeData && sameCaseless(item.name, name))
             return &item;
     return nullptr;
+}
+
+std::optional<CatalogItem> requireTable(const std::string &dir, const std::string &table) {
+    if (!isStorageDirectory(dir))
+        return std::nullopt;
+    auto catalog = readCatalog(dir);
+    const CatalogItem *item = catalog ? findTable(*catalog, table) : nullptr;
+    if (!item) {
+        complain(dir + ": no table " + table);
+        return std::nullopt;
+    }
+    return *item;
+}
+
+std::vector<std::string> tableDatabases(const std::string &dir, const std::string &table) {
+    std::vector<std::string> names{table, table + "_M"};
+    auto bytes = readWholeFile(pathIn(dir, table));
+    if (auto def = bytes ? tableDefinition(*bytes) : std::nullopt)
+        for (const auto &index : def->indexes)
+            names.push_back(index.name);
+    return names;
 }
 
 } // namespace zq::tool

@@ -44,4 +44,11 @@ const CatalogItem *findTable(const std::vector<CatalogItem> &catalog, const std:
 
 std::string pathIn(const std::string &dir, const std::string &name);
 
+// The catalog item of the table named in the storage directory dir; none after a message
+// when dir is not a storage directory or has no such table (both bad usage).
+std::optional<CatalogItem> requireTable(const std::string &dir, const std::string &table);
+
+// The databases a table's files make: the table, its memo companion and its indexes.
+std::vector<std::string> tableDatabases(const std::string &dir, const std::string &table);
+
 } // namespace zq::tool
