@@ -1,4 +1,5 @@
 // The catalog: creation, lookup, entries, reuse of free entries and the backup.
+#include "storage/state.h"
 #include "support/storage_fixture.h"
 
 #include <cstring>
@@ -132,6 +133,22 @@ TEST_F(CatalogTest, OpeningADatabaseWhoseFileWentAwayAlerts) {
     EXPECT_TRUE(sawBox("Falhou Abertura de gone"));
     EXPECT_EQ(DmOpenDatabase(0, 0), nullptr);
     EXPECT_EQ(DmCloseDatabase(nullptr), dmErrBadArgument);
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(CatalogTest, AChosenDirectoryTakesThePlaceOfDbBesideTheProgram) {
+    std::string chosen = (std::filesystem::path(directory) / "dados").string();
+    zq::storage::useDirectory(chosen);
+    ASSERT_EQ(DmCreateDatabase(0, "Clientes", 0x5A454C51u, 0x44415441u, 0), dmErrNone);
+    StorageClose();
+    zq::storage::useDirectory("");
+    EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(chosen) / "Clientes"));
+    EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(chosen) / "catalog.plm"));
+    EXPECT_FALSE(std::filesystem::exists(storageFile("Clientes")));
+    EXPECT_EQ(DmFindDatabase(0, "Clientes"), 0u) << "storage went back to DB beside the program";
 }
 
 } // namespace

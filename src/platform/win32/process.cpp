@@ -4,8 +4,8 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <io.h>
 #include <cstdlib>
+#include <io.h>
 #include <string>
 
 namespace zq::platform {
