@@ -2,6 +2,7 @@
 #include "check.h"
 
 #include "check_files.h"
+#include "progress.h"
 #include "tables/index_keys.h"
 #include "tables/row.h"
 #include "text.h"
@@ -70,7 +71,9 @@ void TableCheck::rows(const CatalogItem &t, tables::TableDef &def, const Databas
         else if (auto m = this->scan(*memo, t.name))
             memoCount = m->records.size();
     }
+    Progress progress("check " + t.name, scan.records.size());
     for (size_t r = 0; r < scan.records.size(); ++r) {
+        progress.advance(r + 1);
         uint32_t size = 0;
         const uint8_t *data = recordData(scan, r, size);
         tables::AreaRecord a;
@@ -115,7 +118,9 @@ void TableCheck::index(const CatalogItem &t, const tables::TableDef &def, const 
     uint32_t width = tables::keyAreaWidth(def, *index), length = index->attribute;
     std::vector<uint32_t> seen(decoded.size(), 0);
     const uint8_t *previous = nullptr;
+    Progress progress("check " + db, scan->records.size());
     for (size_t e = 0; e < scan->records.size(); ++e) {
+        progress.advance(e + 1);
         uint32_t size = 0;
         const uint8_t *entry = recordData(*scan, e, size);
         std::string place = "entry " + n(e + 1);

@@ -159,3 +159,28 @@ TEST_F(ZqTest, HandMadeDbfIsImported) {
 
 } // namespace
 } // namespace zq::tool_test
+
+namespace zq::tool_test {
+namespace {
+
+TEST_F(ZqTest, ProgressIsDrawnOnlyWhenStandardErrorIsATerminal) {
+    createAndUse("GRANDE", {{"N", "N", 8, 0}});
+    for (int i = 0; i < 2500; ++i) {
+        __DBAPPEND(nullptr);
+        __SetField(nullptr, table_test::num(1), table_test::num(i));
+    }
+    __Commit(nullptr);
+    ToolRun plain = zq({"export", db(), "GRANDE", file("plain.csv")});
+    ASSERT_EQ(plain.status, 0);
+    EXPECT_EQ(plain.err, "");
+    // script(1) runs the tool on a pseudo-terminal and copies what it wrote there.
+    std::string command = "script -qec \"" + std::string(ZQ_APPS_BIN_DIR) + "/zq export '" + db() + "' GRANDE '" +
+                          file("shown.csv") + "'\" /dev/null >'" + file("terminal.out") + "' 2>&1";
+    ASSERT_EQ(std::system(command.c_str()), 0) << readFile(file("terminal.out"));
+    std::string shown = readFile(file("terminal.out"));
+    EXPECT_TRUE(has(shown, "\rexport GRANDE [" + std::string(30, '#') + "] 2500/2500")) << shown;
+    EXPECT_TRUE(has(shown, "exported 2500 rows of GRANDE")) << shown;
+}
+
+} // namespace
+} // namespace zq::tool_test
