@@ -31,7 +31,7 @@ enum {
 
 /* Shows the "Fatal Error" window, runs the exit routine, closes tables and
    ends the process with exit code 0. aux is 0..134 or -1 for none. */
-ZQ_API ZQ_NORETURN void __RuntimeError(int code, int aux) ZQ_NOEXCEPT;
+ZQ_NORETURN ZQ_API void __RuntimeError(int code, int aux) ZQ_NOEXCEPT;
 
 /* The auxiliary message table: writable, entries may be null. */
 ZQ_API extern const char *zq_aux_messages[ZQ_AUX_MESSAGE_COUNT];

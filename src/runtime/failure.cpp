@@ -55,6 +55,8 @@ std::string composeFatalText(int code, int aux) {
     return text;
 }
 
+void resumeAfterRuntimeError() { ending = false; }
+
 } // namespace zq::runtime
 
 using namespace zq::runtime;

@@ -13,5 +13,8 @@ std::string composeFatalText(int code, int aux);
 void setTableCloser(void (*closeAll)());
 // Runs the table closer once it is set; nothing otherwise.
 void closeTables();
+// For a harness that ends a run inside the box hook and goes on in the same process (the
+// fuzz targets): the failure path takes the next runtime error as a first one again.
+void resumeAfterRuntimeError();
 
 } // namespace zq::runtime

@@ -141,6 +141,18 @@ bool ensureStarted() { return state().started || StorageStart() == dmErrNone; }
 
 void useDirectory(const std::string &directory) { state().chosenDirectory = directory; }
 
+void abandonStorage() {
+    StorageState &s = state();
+    freeTables();
+    s.catalog.reset();
+    s.lock.close();
+    if (s.trace)
+        std::fclose(s.trace);
+    s.trace = nullptr;
+    s.started = false;
+    s.bulk = false;
+}
+
 } // namespace zq::storage
 
 using namespace zq::storage;

@@ -48,6 +48,11 @@ bool ensureStarted();
 // command line call it before anything starts storage.
 void useDirectory(const std::string &directory);
 
+// Lets go of the open databases, handles, catalog and lock without writing anything more,
+// as the end of the process would: for a harness that ends a run inside the box hook and
+// goes on in the same process (the fuzz targets). Storage starts afresh on its next use.
+void abandonStorage();
+
 void trace(const char *text);           // one line appended to saida.txt
 void alert(const std::string &text);    // "Alert" box
 void alertAfterError(const std::string &text); // the last system error, then the alert
