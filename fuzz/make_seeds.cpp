@@ -89,7 +89,8 @@ void catalogSeeds() {
     writeSeed("catalog", "catalog-only", {catalog, {}, {}});
 }
 
-// A move journal as a move inside the file leaves it: the header and the bytes from offset on.
+// A move journal as a move inside the file leaves it (docs/formats/move-journal.md): the
+// signature, the header and the bytes from offset on.
 File journalFor(const File &main, uint32_t offset) {
     File j = {'Z', 'Q', 'J', '1'};
     j.insert(j.end(), main.begin(), main.begin() + zq::storage::kHeaderSize);
@@ -98,11 +99,6 @@ File journalFor(const File &main, uint32_t offset) {
         for (int b = 0; b < 4; ++b)
             j.push_back(uint8_t(v >> (8 * b)));
     j.insert(j.end(), main.begin() + offset, main.end());
-    uint32_t h = 2166136261u;
-    for (uint8_t byte : j)
-        h = (h ^ byte) * 16777619u;
-    for (int b = 0; b < 4; ++b)
-        j.push_back(uint8_t(h >> (8 * b)));
     return j;
 }
 
