@@ -1,7 +1,9 @@
 # Writes the table of exported built-ins for the every-built-in driver from the public
 # headers: ZQ_VALUE_BUILTIN(name, arity) for each "pObj name(pObj, ...)" with a fixed
 # number of value arguments, and ZQ_EXPORTED(name) for every exported function.
-# Usage: cmake -DHEADERS="a.h;b.h" -DOUTPUT=table.inc -P builtin_table.cmake
+# Usage: cmake -DHEADER_DIR=include/zelqa -DOUTPUT=table.inc -P builtin_table.cmake
+file(GLOB HEADERS ${HEADER_DIR}/*.h)
+list(SORT HEADERS)
 set(value_lines "")
 set(exported_lines "")
 foreach(header ${HEADERS})

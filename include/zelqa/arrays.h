@@ -15,7 +15,7 @@ ZQ_API pObj __SET_ARRAY_EL(pObj a, pObj x, int32_t i) ZQ_NOEXCEPT; /* the elemen
 ZQ_API int32_t __Array_Get_Amnt_Itens(pObj a) ZQ_NOEXCEPT;         /* -1 without header */
 ZQ_API pObj __Array_Get_Item(pObj a, pObj nIndex) ZQ_NOEXCEPT;     /* 1-based */
 ZQ_API pObj __ARRAY_EL(pObj a, ...) ZQ_NOEXCEPT;                   /* 1-based indexes, NUL-ended */
-ZQ_API void __SwapElements(pObj x, pObj y) ZQ_NOEXCEPT;            /* payloads only */
+ZQ_API void __SwapElements(pObj x, pObj y) ZQ_NOEXCEPT;            /* payloads of one type only */
 ZQ_API int __Comp(pObj x, pObj y) ZQ_NOEXCEPT;                     /* -1, 0, 1 */
 /* Destruction: only records of the current depth or deeper and not locked go. */
 ZQ_API pObj __KillArray(pObj a) ZQ_NOEXCEPT;                        /* the next array listed */

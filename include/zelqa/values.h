@@ -15,7 +15,7 @@ ZQ_API pObj __INIT_VOIDPTR(void *pointer) ZQ_NOEXCEPT;
 ZQ_API pObj __INIT_CHARPTR(const char *text) ZQ_NOEXCEPT;  /* null gives "" */
 ZQ_API pObj __ALLOC_CHARPTR(int32_t n) ZQ_NOEXCEPT;        /* n zero bytes */
 
-/* The one static literal record: each call overwrites the previous literal. */
+/* The one static literal record: each call overwrites the previous literal; null gives "". */
 ZQ_API pObj __INIT_CHARCONST(const char *text) ZQ_NOEXCEPT;
 
 /* Shared constants: never to be changed by the caller. */
@@ -25,7 +25,8 @@ ZQ_API pObj __INIT_NUL(void) ZQ_NOEXCEPT;
 
 /* A new heap record in owner list 0 (array), 1 (variable) or 2 (element, unlisted). */
 ZQ_API pObj __fcpObj_CT(int list) ZQ_NOEXCEPT;
-/* Clears the caller's record into a variable of the given type. */
+/* Clears the caller's record into a variable of the given type (a TYPE_* tag; anything
+   else, or no record, raises "ARGUMENT ERROR!"). */
 ZQ_API pObj __InitObjNode(pObj rec, uint32_t type) ZQ_NOEXCEPT;
 
 /* Assigns src into dst; returns the record that now holds the value. */

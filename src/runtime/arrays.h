@@ -12,6 +12,11 @@
 
 namespace zq::runtime {
 
+// The most elements one array holds, and the most a multi-dimensional __Array makes in
+// all: asking for more raises "LOW MEMORY!" before any is made, where growing one element
+// at a time would take the machine's memory first.
+inline constexpr int64_t kMaxArrayElements = int64_t(1) << 24;
+
 // The header of an array object; raises "ARGUMENT ERROR!" for null or a non-array object.
 ArrayHeader &requireArray(pObj a);
 // True for a record of class CLASS_ARRAY with a header.

@@ -49,6 +49,8 @@ pObj newElementRecord(int16_t depth) {
 
 pObj appendElement(pObj a) {
     ArrayHeader &header = requireArray(a);
+    if (header.count >= kMaxArrayElements)
+        raiseError(ZQ_ERR_LOW_MEMORY);
     pObj el = newElementRecord(a->depth);
     if (header.last)
         header.last->next = el;

@@ -21,6 +21,21 @@ bool sweeping = false;
 
 bool isDead(pObj a) { return a->type != TYPE_ARRAY; }
 
+// The headers whose chains __KillArrayEl is walking, innermost first; each link lives in
+// the frame of the call walking it.
+struct Emptying {
+    const ArrayHeader *header;
+    const Emptying *outer;
+};
+const Emptying *emptying = nullptr;
+
+bool beingEmptied(const ArrayHeader *header) {
+    for (const Emptying *e = emptying; e; e = e->outer)
+        if (e->header == header)
+            return true;
+    return false;
+}
+
 } // namespace
 
 namespace zq::runtime {
@@ -51,6 +66,10 @@ void endArraySweep(OwnerList &arrays) {
 void __KillArrayEl(ArrayHeader *header) noexcept {
     if (!header)
         return;
+    // A nested array may lead back to this header (an array holding itself): destroying
+    // that array now would release the header under this walk, so it is left alone.
+    Emptying walk{header, emptying};
+    emptying = &walk;
     const int16_t depth = context().depth;
     pObj keptFirst = nullptr, keptLast = nullptr;
     for (pObj el = header->first; el;) {
@@ -71,13 +90,14 @@ void __KillArrayEl(ArrayHeader *header) noexcept {
     }
     header->first = keptFirst;
     header->last = keptLast;
+    emptying = walk.outer;
 }
 
 pObj __KillArray(pObj a) noexcept {
     if (!a || a->storageClass != CLASS_ARRAY)
         return nullptr;
     RuntimeContext &ctx = context();
-    if (isDead(a) || a->depth < ctx.depth || a->lockCount != 0)
+    if (isDead(a) || a->depth < ctx.depth || a->lockCount != 0 || beingEmptied(a->payload.a))
         return a->next;
     if (ArrayHeader *header = a->payload.a) {
         __KillArrayEl(header);

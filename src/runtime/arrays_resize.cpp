@@ -75,6 +75,15 @@ pObj __Array(pObj nDim1, ...) noexcept {
     }
     va_end(args);
     requireArgument(!dims.empty());
+    int64_t total = 1, made = 0;
+    for (int32_t count : dims) {
+        total *= count;
+        made += total;
+        if (made > kMaxArrayElements)
+            raiseError(ZQ_ERR_LOW_MEMORY);
+        if (total == 0)
+            break;
+    }
     return buildDimensions(dims, 0);
 }
 
@@ -91,6 +100,8 @@ pObj __ASize(pObj a, pObj n) noexcept {
     requireArgument(integerArgument(n, target));
     if (target < 0)
         target = 0;
+    if (target > kMaxArrayElements)
+        raiseError(ZQ_ERR_LOW_MEMORY);
     if (target < header.count)
         truncateTo(header, target);
     while (header.count < target)

@@ -6,6 +6,8 @@
 #include "zelqa/arrays.h"
 #include "zelqa/values.h"
 
+#include <utility>
+
 using namespace zq::runtime;
 
 namespace {
@@ -51,9 +53,15 @@ int __Comp(pObj x, pObj y) noexcept {
 void __SwapElements(pObj x, pObj y) noexcept {
     if (!x || !y)
         return;
-    auto held = x->payload;
-    x->payload = y->payload;
-    y->payload = held;
+    // Tags stay where they are, so only records of one type, both array objects or both
+    // references to one, trade payloads; a text's length goes with its buffer. The shared
+    // constants and the literal record are never changed.
+    requireArgument(x->type == y->type && (x->storageClass == CLASS_ARRAY) == (y->storageClass == CLASS_ARRAY));
+    requireArgument(x->storageClass != CLASS_NEWCOPY && x->storageClass != CLASS_CONST &&
+                    y->storageClass != CLASS_NEWCOPY && y->storageClass != CLASS_CONST);
+    std::swap(x->payload, y->payload);
+    if (x->type == TYPE_CHAR)
+        std::swap(x->objLength, y->objLength);
 }
 
 pObj __AScan(pObj a, pObj x, pObj nStart, pObj nCount, pObj nColumn) noexcept {
@@ -65,7 +73,7 @@ pObj __AScan(pObj a, pObj x, pObj nStart, pObj nCount, pObj nColumn) noexcept {
     if (integerArgument(nCount, end) && (end < 1 || end > header.count))
         end = header.count; // nCount is the last position scanned
     integerArgument(nColumn, column);
-    --column; // 0-based; without nColumn the second column of each row
+    column = column < 1 ? -1 : column - 1; // 0-based; without nColumn the second column of each row
     if (start < 1)
         start = 1;
     if (start > end)

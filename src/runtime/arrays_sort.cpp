@@ -15,6 +15,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 using namespace zq::runtime;
@@ -91,12 +93,13 @@ bool sortDistinctKeys(SortRange &r) {
         if (__Comp(keys[order[i]], keys[order[i + 1]]) == 0)
             return false;
     }
-    std::vector<decltype(Obj::payload)> payloads;
-    payloads.reserve(order.size());
+    // Payloads move, tags stay; a text's length moves with its buffer.
+    std::vector<std::pair<decltype(Obj::payload), int16_t>> values;
+    values.reserve(order.size());
     for (size_t i : order)
-        payloads.push_back(r.records[i]->payload);
+        values.emplace_back(r.records[i]->payload, r.records[i]->objLength);
     for (size_t i = 0; i < order.size(); ++i)
-        r.records[i]->payload = payloads[i];
+        std::tie(r.records[i]->payload, r.records[i]->objLength) = values[i];
     return true;
 }
 
@@ -104,18 +107,17 @@ bool sortDistinctKeys(SortRange &r) {
 
 pObj __ASORT(pObj a, pObj nStart, pObj nCount, pObj lAscending, pObj nColumn) noexcept {
     ArrayHeader &header = requireArray(a);
-    int32_t start = 1, end = header.count, column = 2;
-    integerArgument(nStart, start);
-    --start;
+    int32_t first = 1, end = header.count, column = 2;
+    integerArgument(nStart, first);
+    int32_t start = first < 1 ? 0 : first - 1; // 0-based; a start below 1 is 1
     int32_t last = 0;
     if (integerArgument(nCount, last) && last >= 1 && last <= header.count)
         end = last; // nCount is the last position sorted
     integerArgument(nColumn, column);
-    SortRange range{{}, column - 1, !(lAscending && lAscending->type == TYPE_LOGICAL && !lAscending->payload.l)};
+    column = column < 1 ? -1 : column - 1; // 0-based; below 1 no row has the column
+    SortRange range{{}, column, !(lAscending && lAscending->type == TYPE_LOGICAL && !lAscending->payload.l)};
     if (end < 2)
         return a;
-    if (start < 0)
-        start = 0;
     if (start + 1 >= end)
         return a;
     range.records.reserve(static_cast<size_t>(end - start));

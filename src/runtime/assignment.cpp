@@ -105,6 +105,8 @@ pObj __SET_OBJECT(pObj dst, pObj src) noexcept {
             dst = nullptr;
         else if (dst->storageClass == CLASS_ARRAY && src->storageClass == CLASS_ARRAY)
             return moveArray(dst, src);
+        else if (dst->storageClass == CLASS_ARRAY)
+            raiseError(ZQ_ERR_ARGUMENT); // an array object holds its elements, never a scalar
         else if (dst->type == TYPE_CHAR) {
             bool owned = (dst->storageClass != CLASS_ARRAY && dst->storageClass != CLASS_ELEMENT) ||
                          dst->objLength >= 1;

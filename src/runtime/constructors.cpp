@@ -79,6 +79,8 @@ pObj __INIT_CHARPTR(const char *text) noexcept {
 }
 
 pObj __INIT_CHARCONST(const char *text) noexcept {
+    if (!text)
+        text = ""; // as __INIT_CHARPTR takes a null text
     literalRecord.storageClass = CLASS_CONST;
     literalRecord.type = TYPE_CHAR;
     literalRecord.depth = -1;
@@ -111,6 +113,10 @@ pObj __fcpObj_CT(int list) noexcept {
 }
 
 pObj __InitObjNode(pObj rec, uint32_t type) noexcept {
+    // A record tagged with no type the runtime knows would be read as whatever it is not.
+    requireArgument(rec && (type == TYPE_LONG || type == TYPE_CHAR || type == TYPE_ARRAY || type == TYPE_DATE ||
+                            type == TYPE_NUMERIC || type == TYPE_LOGICAL || type == TYPE_NIL || type == TYPE_NUL ||
+                            type == TYPE_VOIDPTR || type == TYPE_HANDLE));
     std::memset(rec, 0, sizeof(Obj));
     rec->storageClass = CLASS_VAR;
     rec->type = type;

@@ -80,12 +80,15 @@ void writeValue(DmOpenRef db, pObj el) {
 }
 
 // Writes a nested array: its count, then its elements; false once an element that is
-// neither an array nor a saved scalar stops the writing.
-bool writeNested(DmOpenRef db, pObj a) {
+// neither an array nor a saved scalar, or an array nested deeper than a reader follows
+// (as any array holding itself is), stops the writing.
+bool writeNested(DmOpenRef db, pObj a, int nesting) {
+    if (nesting >= kDeepestNesting)
+        return false;
     writeCount(db, a->payload.a->count);
     for (pObj el = a->payload.a->first; el; el = el->next) {
         if (el->type == TYPE_ARRAY) {
-            if (!writeNested(db, el->payload.o))
+            if (!writeNested(db, el->payload.o, nesting + 1))
                 return false;
         } else if (isSavedScalar(el->type)) {
             writeValue(db, el);
@@ -191,7 +194,7 @@ void ExecDumpArray(pObj array, pObj baseName) noexcept {
         writeCount(db, header.count);
         // Only nested arrays are saved from the outer level; its scalars are left out.
         for (pObj el = header.first; el; el = el->next) {
-            if (el->type == TYPE_ARRAY && !writeNested(db, el->payload.o))
+            if (el->type == TYPE_ARRAY && !writeNested(db, el->payload.o, 0))
                 break;
         }
     }

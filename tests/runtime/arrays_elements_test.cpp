@@ -100,7 +100,17 @@ INSTANTIATE_TEST_SUITE_P(Refused, ArrayDeathTest, ::testing::Values(
     RefusedCall{"CopyIntoNil", [] { __ACopy(numbers({1}), __INIT_NIL(), nullptr, nullptr, nullptr); }, "ARGUMENT ERROR!"},
     RefusedCall{"CompNumberWithText", [] { __Comp(__INIT_DOUBLE(1), __INIT_CHARPTR("1")); }, "ARGUMENT ERROR!"},
     RefusedCall{"CompNils", [] { __Comp(__INIT_NIL(), __INIT_NIL()); }, "ARGUMENT ERROR!"},
-    RefusedCall{"SortNull", [] { __ASORT(nullptr, nullptr, nullptr, nullptr, nullptr); }, "ARGUMENT ERROR!"}
+    RefusedCall{"SortNull", [] { __ASORT(nullptr, nullptr, nullptr, nullptr, nullptr); }, "ARGUMENT ERROR!"},
+    RefusedCall{"SwapTextWithNumber", [] { __SwapElements(__INIT_CHARPTR("a"), __INIT_DOUBLE(1)); }, "ARGUMENT ERROR!"},
+    RefusedCall{"SwapIntoSharedConstant", [] { __SwapElements(__INIT_BOOL(1), __INIT_BOOL(0)); }, "ARGUMENT ERROR!"},
+    RefusedCall{"ScalarIntoArrayObject", [] { __SET_OBJECT(numbers({1}), __INIT_DOUBLE(2)); }, "ARGUMENT ERROR!"},
+    RefusedCall{"ArrayTooLarge", [] { __Array(__INIT_DOUBLE(2147483648.0), __INIT_NUL()); }, "LOW MEMORY!"},
+    RefusedCall{"DimensionsTooLarge", [] { __Array(__INIT_DOUBLE(8192), __INIT_DOUBLE(8192), __INIT_NUL()); }, "LOW MEMORY!"},
+    RefusedCall{"SizeTooLarge", [] { __ASize(numbers({1}), __INIT_DOUBLE(1e300)); }, "LOW MEMORY!"},
+    RefusedCall{"NodeOfNoType", [] {
+                    Obj record{};
+                    __InitObjNode(&record, 99);
+                }, "ARGUMENT ERROR!"}
 ), refusedCallName);
 
 } // namespace

@@ -60,12 +60,14 @@ TEST_F(ArraySort, SortsTheRangeFromStartToLastPosition) {
     EXPECT_EQ(numbersOf(a), (std::vector<double>{4, 5, 6, 7, 8, 9}));
 }
 
-TEST_F(ArraySort, ExchangesPayloadsOnlyAndKeepsTheExchangeOrderForEqualKeys) {
+TEST_F(ArraySort, ExchangesPayloadsWithTheirLengthsAndKeepsTheExchangeOrderForEqualKeys) {
     pObj words = texts({"pear", "fig", "banana"});
     __ASORT(words, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(textsOf(words), (std::vector<std::string>{"banana", "fig", "pear"}));
-    EXPECT_EQ(at(words, 1)->objLength, 5) << "objLength stays with the position";
-    EXPECT_EQ(at(words, 3)->objLength, 7);
+    EXPECT_EQ(at(words, 1)->objLength, 7) << "a text's length goes with its buffer";
+    EXPECT_EQ(at(words, 3)->objLength, 5);
+    EXPECT_STREQ(__SET_OBJECT(nullptr, at(words, 1))->payload.c, "banana") << "a copy reads the whole text";
+    EXPECT_STREQ(__Upper(at(words, 3))->payload.c, "PEAR");
 
     // Rows by their second column; two equal keys. The first pass exchanges position 1
     // with position 3, the last of the run below "b", so the rows 2 and 0 trade places.

@@ -102,6 +102,19 @@ TEST_F(SavedArrays, EmptyArraysAndPointersEndTheSave) {
     ExecDumpArray(__CreateArray(numbers({7}), __INIT_NUL()), __INIT_CHARPTR("ponteiro"));
     pObj back = __RestoreArray(__INIT_CHARPTR("ponteiro"));
     EXPECT_EQ(numbersOf(at(back, 1)), (std::vector<double>{7}));
+
+    // An array holding itself is saved as deep as a reader follows, then the save stops.
+    pObj loop = numbers({5});
+    __AAdd(loop, loop);
+    ExecDumpArray(__CreateArray(loop, __INIT_NUL()), __INIT_CHARPTR("laco"));
+    EXPECT_EQ(records("laco").size(), 1u + 2 * 256) << "outer count, then a count and a 5 per level";
+    pObj level = __RestoreArray(__INIT_CHARPTR("laco"));
+    int depth = 0;
+    for (pObj last; __Array_Get_Amnt_Itens(level) > 0 &&
+                    (last = at(level, __Array_Get_Amnt_Itens(level)))->type == TYPE_ARRAY;
+         ++depth)
+        level = last; // nested arrays come back as themselves
+    EXPECT_EQ(depth, 256);
 }
 
 TEST_F(SavedArrays, RuntimeErrorSavesTheRegisteredArrays) {

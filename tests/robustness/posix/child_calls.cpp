@@ -34,10 +34,11 @@ int answerBox(const char *caption, const char *, unsigned) {
 
 [[noreturn]] void childRun(const std::vector<Call> &calls, size_t from) {
     zq_set_box_hook(answerBox);
+    __RetGlob(1);
     for (size_t k = from; k < calls.size(); ++k) {
         progress->current = int64_t(k);
-        __RetGlob(1);
         calls[k].run();
+        __RetGlob(1); // the call's values are released as part of it
         progress->returned = progress->returned + 1;
     }
     progress->current = int64_t(calls.size());

@@ -2,7 +2,7 @@
 // the process with code 0 after its box) ends one call, not the run of them.
 //
 // A child is forked from this process and makes calls one after another, each on a
-// fresh runtime context, until one ends the child: a runtime error, seen through the box
+// fresh runtime context that is torn down as part of the call, until one ends the child: a runtime error, seen through the box
 // hook at the "Fatal Error" box, counts as that call's answer and the next child goes on
 // with the next call. Anything else that ends a child (a signal, a sanitizer's report, an
 // exit without the box) is a defect of the call it was making, as is a call that runs

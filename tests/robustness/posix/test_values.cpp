@@ -98,7 +98,8 @@ const std::vector<TestValue> &typeRepresentatives() {
 }
 
 const std::vector<TestValue> &companions() {
-    static const std::vector<TestValue> some = {testValue("absent"), testValue("3"), testValue("\"abcdef\"")};
+    static const std::vector<TestValue> some = {testValue("absent"), testValue("3"), testValue("\"abcdef\""),
+                                                testValue("nested array")};
     return some;
 }
 

@@ -26,7 +26,7 @@ const TestValue &testValue(const char *name);
 const std::vector<TestValue> &typeRepresentatives();
 
 // What the other arguments hold while one runs through every value: absent, a small
-// number and a short text.
+// number, a short text and a nested array.
 const std::vector<TestValue> &companions();
 
 } // namespace zq::robustness
