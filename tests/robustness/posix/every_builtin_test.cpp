@@ -78,6 +78,8 @@ pObj callValueBuiltin(const ValueBuiltin &b, pObj *a) {
     using F4 = pObj (*)(pObj, pObj, pObj, pObj);
     using F5 = pObj (*)(pObj, pObj, pObj, pObj, pObj);
     using F6 = pObj (*)(pObj, pObj, pObj, pObj, pObj, pObj);
+    using F7 = pObj (*)(pObj, pObj, pObj, pObj, pObj, pObj, pObj);
+    using F8 = pObj (*)(pObj, pObj, pObj, pObj, pObj, pObj, pObj, pObj);
     switch (b.arity) {
     case 0: return reinterpret_cast<F0>(b.entry)();
     case 1: return reinterpret_cast<F1>(b.entry)(a[0]);
@@ -85,10 +87,12 @@ pObj callValueBuiltin(const ValueBuiltin &b, pObj *a) {
     case 3: return reinterpret_cast<F3>(b.entry)(a[0], a[1], a[2]);
     case 4: return reinterpret_cast<F4>(b.entry)(a[0], a[1], a[2], a[3]);
     case 5: return reinterpret_cast<F5>(b.entry)(a[0], a[1], a[2], a[3], a[4]);
-    default: return reinterpret_cast<F6>(b.entry)(a[0], a[1], a[2], a[3], a[4], a[5]);
+    case 6: return reinterpret_cast<F6>(b.entry)(a[0], a[1], a[2], a[3], a[4], a[5]);
+    case 7: return reinterpret_cast<F7>(b.entry)(a[0], a[1], a[2], a[3], a[4], a[5], a[6]);
+    default: return reinterpret_cast<F8>(b.entry)(a[0], a[1], a[2], a[3], a[4], a[5], a[6], a[7]);
     }
 }
-constexpr int kLargestArity = 6;
+constexpr int kLargestArity = 8;
 
 std::string callName(const char *name, const Args &args) {
     std::string text = std::string(name) + "(";
@@ -293,6 +297,17 @@ void addTextCalls(std::vector<Call> &calls) {
                          }});
 }
 
+pObj echoBlock(pObj x) { return x; }
+
+void addDeviceCalls(std::vector<Call> &calls) {
+    for (int on : {-1, 0, 1})
+        calls.push_back({"zq_readcom_returns(" + std::to_string(on) + ")", [on] { zq_readcom_returns(on); }});
+    forEveryValue(calls, "RegisterBlock", [](pObj name) {
+        RegisterBlock(textOf(name), echoBlock);
+        useResult(ExecBlock(name, __INIT_DOUBLE(1), nullptr, nullptr, nullptr));
+    });
+}
+
 void addStorageNameCalls(std::vector<Call> &calls) {
     for (char kind : {'H', 'I', 'P', 'Z', 'L'}) {
         for (const TestValue &v : testValues()) {
@@ -320,6 +335,7 @@ const std::set<std::string> kCalledByHand = {
     "__KillContext", "zq_runtime_error_text", "__IsValidDate", "__Set_DateFormat", "__SetEpoch", "__IsLeapYear",
     "__EncodeDate", "__DoEncodeDate", "__DecodeDate", "__DateTimeToTimeStamp", "__GetMaskType", "__gMessageBox",
     "__DspMsg", "printDouble", "KindDatabaseName", "OpenKindDatabase", "DeleteKindDatabase", "__RetGlob",
+    "zq_readcom_returns", "RegisterBlock",
     // The value constructors build every test value.
     "__INIT_LONG", "__INIT_DOUBLE", "__INIT_DATE", "__INIT_HANDLE", "__INIT_VOIDPTR", "__INIT_BOOL",
 };
@@ -332,6 +348,7 @@ std::vector<Call> everyCall() {
     addDateCalls(calls);
     addTextCalls(calls);
     addStorageNameCalls(calls);
+    addDeviceCalls(calls);
     if (const char *only = std::getenv("ZELQA_EVERY_BUILTIN_ONLY"))
         std::erase_if(calls, [only](const Call &c) { return c.name.find(only) == std::string::npos; });
     return calls;
@@ -344,7 +361,7 @@ void listWhatIsLeftOut() {
         // They end the run or hand it over by design.
         "__RuntimeError", "SHUTDOWN", "__EndGlobal", "__BeginGlobal",
         // Hooks and registrations the driver itself relies on.
-        "zq_set_box_hook", "__RegisterExit", "zq_enter_function",
+        "zq_set_box_hook", "zq_set_info_hook", "__RegisterExit", "zq_enter_function",
         // Windows and the window flags (the user-interface tests cover them).
         "zq_window_create", "zq_window_destroy", "zq_window_exists", "__ActivateWin", "__CloseDialog",
         "zq_box_open", "zq_take_swallowed_key", "MostraErro",
