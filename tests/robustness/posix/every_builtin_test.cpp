@@ -373,7 +373,7 @@ void listWhatIsLeftOut() {
         "DmRemoveRecord", "MemHandleLock", "MemHandleUnlock", "MemHandleSize", "MemPtrUnlock", "DmWrite", "DmSet",
         "DmFindSortPosition", "__InternalZap", "OrdenarIndice", "DmCompactDatabase", "ReadRecordBuffer",
         "WriteRecordBuffer", "zq_stage_file", "zq_staged_count", "zq_staged_entry", "zq_cancel_staged",
-        "zq_stage_result_text", "zq_program_directory",
+        "zq_stage_result_text", "zq_visit_staged", "zq_program_directory",
     };
     std::set<std::string> valueBuiltins;
     for (const ValueBuiltin &b : kValueBuiltins)
