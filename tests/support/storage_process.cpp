@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <random>
 
@@ -28,7 +29,11 @@ void killProcess(const platform::StartedProcess &process) {
 
 std::string appPath(const std::string &name) { return test::appPath(onPosix() ? name : name + ".exe"); }
 
-int crashRounds() { return onPosix() ? 40 : 6; }
+int crashRounds() {
+    if (const char *kills = std::getenv("ZELQA_CRASH_KILLS"); kills && std::atoi(kills) > 0)
+        return std::atoi(kills); // scripts/kill-tables asks for a thousand
+    return onPosix() ? 40 : 6;
+}
 
 uint32_t loggedOperations(const std::string &progress) {
     std::error_code ec;

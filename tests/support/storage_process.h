@@ -15,7 +15,8 @@ platform::StartedProcess startProcess(const std::string &program, const std::str
 void killProcess(const platform::StartedProcess &process);
 // The program file of an app built beside the tests.
 std::string appPath(const std::string &name);
-// How many kills the crash test makes: process starts cost more under Windows.
+// How many kills a crash test makes: process starts cost more under Windows; the
+// environment variable ZELQA_CRASH_KILLS, when it holds a positive number, says instead.
 int crashRounds();
 
 // The operations a crash writer logged in its progress file, 4 bytes each.
