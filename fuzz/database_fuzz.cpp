@@ -9,11 +9,6 @@
 
 using namespace zq::fuzz;
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) {
-    setUp(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::vector<Bytes> parts = splitParts(Bytes(data, size), 4);
     uint8_t pick = parts[0].size() > 0 ? parts[0][0] : 0;

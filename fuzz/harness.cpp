@@ -158,6 +158,11 @@ int alertsShown() { return alerts; }
 
 } // namespace zq::fuzz
 
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) {
+    zq::fuzz::setUp(argc, argv);
+    return 0;
+}
+
 // A runtime error leaves what its jump skipped unfreed, so leaks are not looked for; the
 // RSS limit still catches an input that makes memory grow.
 extern "C" const char *__asan_default_options() { return "detect_leaks=0:abort_on_error=1:handle_abort=1"; }

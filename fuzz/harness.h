@@ -21,8 +21,9 @@ namespace zq::fuzz {
 using Bytes = std::span<const uint8_t>;
 
 // Makes the program directory, sets ZELQA_PROGRAM_DIR to it, works there (storage writes
-// its trace file in the working directory) and installs the box hook. Called once, from
-// LLVMFuzzerInitialize, with its arguments: paths among them are made absolute first.
+// its trace file in the working directory) and installs the box hook. Every target's
+// LLVMFuzzerInitialize (harness.cpp) calls it with its arguments: paths among them are
+// made absolute first.
 void setUp(int *argc, char ***argv);
 
 // Splits an input into `count` parts: each but the last is a 4-byte little-endian length

@@ -34,11 +34,6 @@ void search(DmOpenRef db) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) {
-    setUp(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::vector<Bytes> parts = splitParts(Bytes(data, size), 2);
     uint8_t steps = parts[0].empty() ? 0 : parts[0][0];

@@ -42,11 +42,6 @@ void listAsStaging() {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) {
-    setUp(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::vector<Bytes> parts = splitParts(Bytes(data, size), 2);
     runInput([&] {
