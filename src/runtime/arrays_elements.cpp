@@ -67,7 +67,7 @@ int32_t __Array_Get_Amnt_Itens(pObj a) noexcept {
 pObj __Array_Get_Item(pObj a, pObj nIndex) noexcept {
     int32_t position = 0;
     requireArgument(integerArgument(nIndex, position));
-    return __GET_ARRAY_EL(a, position - 1);
+    return __GET_ARRAY_EL(a, position < 1 ? -1 : position - 1); // below 1 is out of bounds
 }
 
 pObj __ARRAY_EL(pObj a, ...) noexcept {
@@ -80,7 +80,7 @@ pObj __ARRAY_EL(pObj a, ...) noexcept {
             break; // a scalar reached before the indexes ran out
         int32_t position = 0;
         requireArgument(integerArgument(index, position));
-        current = __GET_ARRAY_EL(current, position - 1);
+        current = __GET_ARRAY_EL(current, position < 1 ? -1 : position - 1);
     }
     va_end(args);
     return current;

@@ -13,6 +13,7 @@ namespace zq::runtime {
 namespace {
 
 constexpr int32_t kDefaultRingSize = 150;
+constexpr int32_t kLargestRingSize = 1 << 20; // a larger ring is refused: "LOW MEMORY!" at the start
 int32_t requestedRingSize = 0;
 
 } // namespace
@@ -21,6 +22,8 @@ int32_t temporaryRingSize() { return requestedRingSize > 0 ? requestedRingSize :
 
 bool buildTemporaryRing(RuntimeContext &ctx) {
     int32_t n = temporaryRingSize();
+    if (n > kLargestRingSize)
+        return false;
     ctx.temporaries = static_cast<pObj *>(tryAllocate(sizeof(pObj) * n));
     ctx.temporaryRecords = static_cast<Obj *>(tryAllocate(sizeof(Obj) * n));
     if (!ctx.temporaries || !ctx.temporaryRecords)
@@ -79,5 +82,5 @@ pObj takeTemporary() {
 
 int32_t __SetMaxStackElements(int32_t n) noexcept {
     zq::runtime::requestedRingSize = n;
-    return n - 1;
+    return static_cast<int32_t>(static_cast<uint32_t>(n) - 1u); // n - 1, wrapping at the lowest n
 }
