@@ -1,5 +1,6 @@
 // Saved arrays: __RegisterArray, ExecDumpArray and __RestoreArray over the kind-named
-// databases of kind 'L'. The record layout is described in docs/formats/saved-array.md.
+// databases of kind 'L'. The record layout is described in docs/formats/saved-array.md;
+// a save replaces the previous one whole or not at all.
 //
 // Records run in pre-order: record 0 holds the outer count; every nested array is a count
 // record followed by its elements; a scalar is the 32-byte value record of the original
@@ -10,6 +11,7 @@
 #include "runtime/context.h"
 #include "runtime/memory.h"
 #include "runtime/raise.h"
+#include "storage/compaction.h"
 #include "zelqa/arrays.h"
 #include "zelqa/storage.h"
 #include "zelqa/values.h"
@@ -187,9 +189,17 @@ void __RegisterArray(pObj array, pObj baseName) noexcept {
 
 void ExecDumpArray(pObj array, pObj baseName) noexcept {
     ArrayHeader &header = requireArray(array);
-    DmOpenRef db = OpenKindDatabase(0, baseName, 1, kSavedKind);
+    DmOpenRef db = OpenKindDatabase(0, baseName, 0, kSavedKind);
     if (!db)
         return;
+    // The new records go behind the previous save, which a reader still takes until the
+    // previous records are dropped in one step: a save cut short leaves the previous one.
+    // A first save goes behind a one-byte record, which reads as nothing saved.
+    uint32_t previous = DmNumRecords(db);
+    if (previous == 0 && header.count > 0) {
+        append(db, "", 1);
+        previous = 1;
+    }
     if (header.count > 0) {
         writeCount(db, header.count);
         // Only nested arrays are saved from the outer level; its scalars are left out.
@@ -198,6 +208,7 @@ void ExecDumpArray(pObj array, pObj baseName) noexcept {
                 break;
         }
     }
+    zq::storage::keepRecordsFrom(db, previous);
     DmCloseDatabase(db);
 }
 

@@ -1,14 +1,19 @@
-// Compaction through the work file "%s_Temp", and emptying a database (__InternalZap).
+// Compaction through the work file "%s_Temp" (changing the kept records in the copy, when
+// asked), dropping a database's first records the same way, and emptying a database
+// (__InternalZap).
 //
 // Order, so that a crash at any step leaves the database or its complete copy:
 // 1. copy the kept records into "%s_Temp" and close it (flushed);
 // 2. delete the database file; 3. rename the copy to the database's name.
 // A find that meets a missing file with a "%s_Temp" beside it finishes step 3.
+#include "storage/compaction.h"
+
 #include "platform/files.h"
 #include "storage/database.h"
 #include "storage/handles.h"
 #include "storage/offset_index.h"
 
+#include <algorithm>
 #include <cstring>
 
 using namespace zq::storage;
@@ -19,8 +24,9 @@ bool isMarkedDeleted(const uint8_t *base, uint32_t offset, const RecordHeader &r
     return rh.size >= 2 && base[offset + kRecordHeaderSize + rh.size - 2] == '*';
 }
 
-// Appends the kept records to the work view; returns how many.
-uint32_t copyKept(DmOpenDB *db, FileView &work) {
+// Appends the records keep(index, mark) accepts to the work view, letting change alter
+// each copy's data; returns how many.
+template <class Keep> uint32_t copyKept(DmOpenDB *db, FileView &work, Keep keep, const RecordChange &change) {
     FileView &main = *db->main;
     uint32_t count = headerOf(db).count, kept = 0;
     for (uint32_t i = 0; i < count; ++i) {
@@ -30,21 +36,20 @@ uint32_t copyKept(DmOpenDB *db, FileView &work) {
         RecordHeader rh = load<RecordHeader>(main.base() + offset);
         if (rh.capacity == 0 || rh.capacity > kMaxBlock)
             break;
-        if (isMarkedDeleted(main.base(), offset, rh))
+        if (!keep(i, isMarkedDeleted(main.base(), offset, rh)))
             continue;
         uint32_t bytes = kRecordHeaderSize + rh.capacity;
         growView(work, bytes);
         std::memcpy(work.base() + work.cursor, main.base() + offset, bytes);
+        if (change)
+            change(work.base() + work.cursor + kRecordHeaderSize, std::min<uint32_t>(rh.size, rh.capacity));
         ++kept;
     }
     return kept;
 }
 
-} // namespace
-
-int DmCompactDatabase(DmOpenRef db) noexcept {
-    if (!db || !db->main || !db->index || !isVariable(db))
-        return 0;
+// Steps 1 to 3 for the records keep accepts; returns how many were kept.
+template <class Keep> uint32_t rewrite(DmOpenDB *db, Keep keep, const RecordChange &change = {}) {
     std::string name = db->name;
     std::string workName = name + "_Temp";
     zq::platform::deleteFile(storagePath(workName));
@@ -63,7 +68,7 @@ int DmCompactDatabase(DmOpenRef db) noexcept {
     wh.capacity = work->header().capacity;
     wh.used = start;
     work->setHeader(wh);
-    uint32_t kept = copyKept(db, *work);
+    uint32_t kept = copyKept(db, *work, keep, change);
     wh = work->header();
     wh.count = kept;
     wh.capacity = h.used;
@@ -75,8 +80,27 @@ int DmCompactDatabase(DmOpenRef db) noexcept {
     db->main = openView(name);
     rebuildIndex(db);
     state().bulk = bulk;
-    return kept > 0;
+    return kept;
 }
+
+} // namespace
+
+namespace zq::storage {
+
+void keepRecordsFrom(DmOpenRef db, uint32_t first) {
+    if (db && db->main && db->index && isVariable(db) && first > 0)
+        rewrite(db, [first](uint32_t i, bool) { return i >= first; });
+}
+
+int compactChanging(DmOpenRef db, const RecordChange &change) {
+    if (!db || !db->main || !db->index || !isVariable(db))
+        return 0;
+    return rewrite(db, [](uint32_t, bool deleted) { return !deleted; }, change) > 0;
+}
+
+} // namespace zq::storage
+
+int DmCompactDatabase(DmOpenRef db) noexcept { return compactChanging(db, {}); }
 
 void __InternalZap(DmOpenRef db) noexcept {
     if (!db || !db->main)

@@ -1,6 +1,7 @@
 // Table upkeep: pack, zap, emptying one database, deleting a table, dropping an index.
 #include "runtime/context.h"
 #include "runtime/raise.h"
+#include "storage/compaction.h"
 #include "tables/arguments.h"
 #include "tables/definition_block.h"
 #include "tables/index_files.h"
@@ -20,31 +21,19 @@ namespace {
 
 using runtime::raiseError;
 
-// Sets every memo reference of the stored rows to 0, last row first, without marking
-// the records dirty; the memo companion, whose texts no row reaches any more, is emptied.
-void resetMemoReferences(AreaRecord &a) {
-    for (int64_t record = int64_t(DmNumRecords(a.db)) - 1; record >= 0; --record) {
-        readRow(a, record);
-        bool changed = false;
+// Compacts the table with every memo reference of the kept rows set to 0 in the copy, so
+// that a kill leaves the table unpacked or packed without references; the memo companion,
+// whose texts no row reaches any more, is emptied afterwards.
+void packWithoutMemoReferences(AreaRecord &a) {
+    storage::compactChanging(a.db, [&a](uint8_t *record, uint32_t size) {
+        decodeRow(a, record, size);
         for (const FieldDef &f : a.def.fields)
-            if (f.type == kMemo) {
-                uint32_t reference = 0;
-                std::memcpy(&reference, a.buffer.data() + f.slot, 4);
-                changed = changed || reference != 0;
+            if (f.type == kMemo)
                 std::memset(a.buffer.data() + f.slot, 0, 4);
-            }
-        if (!changed)
-            continue;
         std::vector<uint8_t> row = encodeRow(a);
-        MemHandle h = DmGetRecord(a.db, uint32_t(record));
-        void *p = h ? MemHandleLock(h) : nullptr;
-        if (!p)
-            continue;
-        if (MemHandleSize(h) >= row.size())
-            DmWrite(p, 0, row.data(), uint32_t(row.size() - 2)); // the fields; the mark stays
-        MemHandleUnlock(h);
-        DmReleaseRecord(a.db, uint32_t(record), 0);
-    }
+        if (row.size() <= size)
+            std::memcpy(record, row.data(), row.size() - 2); // the fields; the mark stays
+    });
     CleanTbl(a.memo);
 }
 
@@ -81,9 +70,10 @@ pObj __dbPack(pObj area) noexcept {
     writePending(a);
     if (DmNumRecords(a.db) == 0)
         return __INIT_NIL();
-    DmCompactDatabase(a.db);
     if (a.def.hasMemo)
-        resetMemoReferences(a);
+        packWithoutMemoReferences(a);
+    else
+        DmCompactDatabase(a.db);
     rebuildIndexes(a);
     if (DmNumRecords(a.db) == 0)
         standOnNothing(a);
