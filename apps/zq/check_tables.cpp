@@ -168,7 +168,7 @@ std::vector<Problem> checkDirectory(const std::string &dir, const std::vector<st
     if (!tables.empty())
         return problems;
     for (const CatalogItem &i : *catalog)
-        if (i.entry.type == tables::kTypeData && !check.done.count(upper(i.name)))
+        if (isTable(i) && !check.done.count(upper(i.name)))
             check.table(i);
     for (const CatalogItem &i : *catalog)
         if (!check.done.count(upper(i.name)))

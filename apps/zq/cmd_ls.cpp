@@ -56,7 +56,7 @@ int runLs(const std::string &dir) {
         std::printf("%-31s %-4s %-7s %8u %10zu  %-19s  %s\n", latin1ToUtf8(item.name).c_str(),
                     fourChars(item.entry.type).c_str(), fourChars(item.entry.creator).c_str(), h ? h->count : 0u,
                     file->size(), timeText(item.entry.created).c_str(), timeText(item.entry.modified).c_str());
-        if (item.entry.type != tables::kTypeData)
+        if (!isTable(item))
             continue;
         auto def = tableDefinition(*file);
         char line[160];

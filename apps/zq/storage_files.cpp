@@ -83,9 +83,18 @@ std::optional<tables::IndexDef> indexDefinition(const Bytes &file) {
     return tables::parseIndexBlock(*block);
 }
 
+bool isTable(const CatalogItem &item) {
+    if (item.entry.type != tables::kTypeData)
+        return false;
+    for (const char *kind : {"tLog", "tHst", "tIns", "tPda"})
+        if (fourChars(item.entry.creator) == kind)
+            return false;
+    return true;
+}
+
 const CatalogItem *findTable(const std::vector<CatalogItem> &catalog, const std::string &name) {
     for (const CatalogItem &item : catalog)
-        if (item.entry.type == tables::kTypeData && sameCaseless(item.name, name))
+        if (isTable(item) && sameCaseless(item.name, name))
             return &item;
     return nullptr;
 }

@@ -38,8 +38,12 @@ std::optional<Bytes> appInfoOf(const Bytes &file);
 std::optional<tables::TableDef> tableDefinition(const Bytes &file);
 std::optional<tables::IndexDef> indexDefinition(const Bytes &file);
 
-// The catalog item of a table named caselessly, when the catalog lists a 'DATA' database
-// of that name.
+// A 'DATA' database that is a table: the runtime's kind-named databases (a saved array,
+// the installer's log; creators 'tLog', 'tHst', 'tIns', 'tPda') are 'DATA' too, but hold
+// no definition block.
+bool isTable(const CatalogItem &item);
+
+// The catalog item of a table named caselessly, when the catalog lists a table of that name.
 const CatalogItem *findTable(const std::vector<CatalogItem> &catalog, const std::string &name);
 
 std::string pathIn(const std::string &dir, const std::string &name);
