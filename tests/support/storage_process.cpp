@@ -32,7 +32,7 @@ std::string appPath(const std::string &name) { return test::appPath(onPosix() ? 
 int crashRounds() {
     if (const char *kills = std::getenv("ZELQA_CRASH_KILLS"); kills && std::atoi(kills) > 0)
         return std::atoi(kills); // scripts/kill-tables asks for a thousand
-    return onPosix() ? 40 : 6;
+    return onPosix() ? 25 : 6;
 }
 
 uint32_t loggedOperations(const std::string &progress) {
