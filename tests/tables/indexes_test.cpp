@@ -97,31 +97,6 @@ TEST_F(IndexTest, IndexFileHoldsSortedEntriesAndItsDefinitionBlock) {
     EXPECT_EQ(walk(), "A   ,C   ,B   ,");
 }
 
-TEST_F(IndexTest, StoredRowsKeepTheirEntriesCurrent) {
-    __DBCREATEINDEX(text("bycode"), text("code"), __INIT_NUL());
-    addRow("M", "m", 1);
-    addRow("D", "d", 2);
-    addRow("T", "t", 3);
-    EXPECT_EQ(entries("BYCODE", 4), (std::vector<std::string>{"1:D   ", "0:M   ", "2:T   "}));
-    __TBL_GoTo(nullptr, num(1)); // M becomes Z: its entry moves to the end
-    __SetField(nullptr, num(1), text("Z"));
-    __Commit(nullptr);
-    EXPECT_EQ(entries("BYCODE", 4), (std::vector<std::string>{"1:D   ", "2:T   ", "0:Z   "}));
-    __TBL_GoTo(nullptr, num(3)); // a field outside the key leaves the entries alone
-    __SetField(nullptr, num(2), text("other"));
-    __Commit(nullptr);
-    __TBL_GoTo(nullptr, num(2)); // D becomes E: same place, new key
-    __SetField(nullptr, num(1), text("E"));
-    __Commit(nullptr);
-    EXPECT_EQ(entries("BYCODE", 4), (std::vector<std::string>{"1:E   ", "2:T   ", "0:Z   "}));
-    __TBL_GoTo(nullptr, num(3)); // a deleted row keeps its entry until a pack
-    __TBL_Delete(nullptr);
-    __Commit(nullptr);
-    EXPECT_EQ(entries("BYCODE", 4).size(), 3u);
-    __dbPack(nullptr);
-    EXPECT_EQ(entries("BYCODE", 4), (std::vector<std::string>{"1:E   ", "0:Z   "}));
-}
-
 // Appended rows' entries wait outside the file until the index is read or committed, and
 // then go in together: after every equal key already there, equal keys in the order they came.
 TEST_F(IndexTest, HeldEntriesMergeAfterEqualKeysInTheOrderTheyCame) {
