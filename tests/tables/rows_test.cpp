@@ -137,23 +137,25 @@ TEST_F(RowsTest, LengthenedRowGrowsWithinItsRecord) {
     EXPECT_EQ(numberOf(__GetFieldByID(nullptr, num(2))), 2);
 }
 
-TEST_F(RowsTest, BlankTextIsOneZeroByteAndReadsEmpty) {
-    createAndUse("blank", {{"t", "C", 5, 0}});
-    __DBAPPEND(nullptr);
-    __SetField(nullptr, num(1), text("     "));
-    __Commit(nullptr);
-    EXPECT_EQ(record("BLANK", 0), stored(std::string(1, '\0'), 8));
-    __TBL_GoTop(nullptr);
-    EXPECT_EQ(textOf(__GetField(nullptr, num(1), __INIT_BOOL(1))), "");
-    EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(1))), "     ");
-}
-
-TEST_F(RowsTest, LongTextIsCutToTheDeclaredLength) {
-    createAndUse("cut", {{"t", "C", 4, 0}});
-    __DBAPPEND(nullptr);
-    __SetField(nullptr, num(1), text("abcdefgh"));
-    __Commit(nullptr);
-    EXPECT_EQ(record("CUT", 0), std::string("abcd\0!\0", 7));
+// A character field stores its text cut to the declared length, without trailing blanks.
+TEST_F(RowsTest, TextIsStoredCutAndWithoutTrailingBlanks) {
+    struct Case {
+        const char *value, *stored, *trimmed, *padded;
+    } cases[] = {
+        {"     ", "", "", "     "},            // blank: one zero byte, reads empty
+        {"abcdefgh", "abcde", "abcde", "abcde"}, // cut to the declared length
+    };
+    createAndUse("text", {{"t", "C", 5, 0}});
+    for (const Case &c : cases) {
+        __DBAPPEND(nullptr);
+        __SetField(nullptr, num(1), text(c.value));
+        __Commit(nullptr);
+        uint32_t row = uint32_t(numberOf(__TBL_RecNo(nullptr))) - 1;
+        EXPECT_EQ(record("TEXT", row), stored(std::string(c.stored) + '\0', 8)) << c.value;
+        __TBL_GoTo(nullptr, num(row + 1));
+        EXPECT_EQ(textOf(__GetField(nullptr, num(1), __INIT_BOOL(1))), c.trimmed) << c.value;
+        EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(1))), c.padded) << c.value;
+    }
 }
 
 TEST_F(RowsTest, MemoRecordsAreReusedExceptTheLastOneAndWhenTooSmall) {
