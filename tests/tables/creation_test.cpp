@@ -38,29 +38,31 @@ TEST_F(CreationTest, DefinitionBlockIsStoredPieceByPiece) {
     EXPECT_FALSE(isTrue(__Used()));
 }
 
-TEST_F(CreationTest, StructureLeavesTheDeletionFieldOut) {
-    createAndUse("one", {{"only", "N", 5, 1}});
-    EXPECT_EQ(std::string(reinterpret_cast<char *>(&fileBytes("ONE")[20 + 72 + 4])), "2");
-    pObj s = __DBStruct(nullptr);
-    ASSERT_EQ(__Array_Get_Amnt_Itens(s), 1);
-    pObj row = __GET_ARRAY_EL(s, 0);
-    EXPECT_EQ(textOf(__ARRAY_EL(row, num(1), __INIT_NUL())), "ONLY");
-    EXPECT_EQ(textOf(__ARRAY_EL(row, num(2), __INIT_NUL())), "N");
-    EXPECT_EQ(numberOf(__ARRAY_EL(row, num(3), __INIT_NUL())), 5);
-    EXPECT_EQ(numberOf(__ARRAY_EL(row, num(4), __INIT_NUL())), 1);
-    EXPECT_EQ(numberOf(__TBL_Fcount(nullptr)), 1);
-    EXPECT_FALSE(isTrue(__File(text(""))));
-}
-
-TEST_F(CreationTest, TypeLettersAndForcedLengths) {
+// Each field reads back through the structure array and the field built-ins with its
+// type letter (unknown letters are C) and its length (forced for D and M); the deletion
+// field is left out.
+TEST_F(CreationTest, FieldsReadBackWithTypeLettersAndForcedLengths) {
     createAndUse("kinds", {{"d", "D", 10, 0}, {"m", "memo", 80, 0}, {"i", "I", 4, 0}, {"b", "B", 6, 0},
-                           {"x", "X", 7, 0}, {"l", "l", 3, 0}});
-    const char *letters[] = {"D", "M", "I", "B", "C", "L"};
-    double lengths[] = {8, 4, 4, 6, 7, 3};
-    for (int i = 0; i < 6; ++i) {
-        EXPECT_EQ(textOf(__FieldType(nullptr, num(i + 1))), letters[i]) << i;
-        EXPECT_EQ(numberOf(__FieldLen(nullptr, num(i + 1))), lengths[i]) << i;
+                           {"x", "X", 7, 0}, {"l", "l", 3, 0}, {"only", "N", 5, 1}});
+    struct Field {
+        const char *name, *letter;
+        double length, decimals;
+    } fields[] = {{"D", "D", 8, 0}, {"M", "M", 4, 0}, {"I", "I", 4, 0}, {"B", "B", 6, 0},
+                  {"X", "C", 7, 0}, {"L", "L", 3, 0}, {"ONLY", "N", 5, 1}};
+    pObj s = __DBStruct(nullptr);
+    ASSERT_EQ(__Array_Get_Amnt_Itens(s), 7);
+    EXPECT_EQ(numberOf(__TBL_Fcount(nullptr)), 7);
+    for (int i = 0; i < 7; ++i) {
+        const Field &f = fields[i];
+        pObj row = __GET_ARRAY_EL(s, i);
+        EXPECT_EQ(textOf(__ARRAY_EL(row, num(1), __INIT_NUL())), f.name);
+        EXPECT_EQ(textOf(__ARRAY_EL(row, num(2), __INIT_NUL())), f.letter) << f.name;
+        EXPECT_EQ(numberOf(__ARRAY_EL(row, num(3), __INIT_NUL())), f.length) << f.name;
+        EXPECT_EQ(numberOf(__ARRAY_EL(row, num(4), __INIT_NUL())), f.decimals) << f.name;
+        EXPECT_EQ(textOf(__FieldType(nullptr, num(i + 1))), f.letter) << f.name;
+        EXPECT_EQ(numberOf(__FieldLen(nullptr, num(i + 1))), f.length) << f.name;
     }
+    EXPECT_FALSE(isTrue(__File(text(""))));
 }
 
 TEST_F(CreationTest, CreatingOverATableReplacesItAndItsMemo) {
