@@ -179,8 +179,9 @@ int FindRecnoInIndexFile(DmOpenRef index, uint32_t recordNumber, int32_t *positi
 int FindKeyInIndexFile(DmOpenRef index, const void *entry, uint32_t keyLength, int32_t *position) noexcept {
     settleEntries(index);
     Entries e(index);
-    if (e.count == 0)
+    if (e.count == 0 || e.size < 4)
         return 0;
+    keyLength = std::min(keyLength, e.size - 4); // no comparison reads past an entry
     int64_t p = 0;
     if (e.count > 1) {
         uint32_t length = keyLength;

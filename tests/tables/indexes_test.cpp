@@ -95,6 +95,14 @@ TEST_F(IndexTest, IndexFileHoldsSortedEntriesAndItsDefinitionBlock) {
     EXPECT_EQ(numberOf(__IndexOrd(nullptr)), 1);
     EXPECT_EQ(textOf(__IndexKey(nullptr, nullptr)), "AGE+CODE");
     EXPECT_EQ(walk(), "A   ,C   ,B   ,");
+    // A lookup by entry compares no further than the key area, however long a key it is given.
+    DmOpenRef index = DmOpenDatabase(0, DmFindDatabase(0, "BYAGE"));
+    std::string entry = std::string("\1\0\0\0", 4) + "  7A   " + std::string(300, '\0');
+    int32_t position = -1;
+    EXPECT_EQ(FindKeyInIndexFile(index, entry.data(), 300, &position), 1);
+    EXPECT_EQ(position, 0);
+    EXPECT_EQ(FindRecnoInIndexFile(index, 2, &position), 1);
+    EXPECT_EQ(position, 2);
 }
 
 // Appended rows' entries wait outside the file until the index is read or committed, and

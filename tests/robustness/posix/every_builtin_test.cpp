@@ -326,6 +326,102 @@ void addStorageNameCalls(std::vector<Call> &calls) {
     }
 }
 
+// A table "T" (a character field, an index "TI" on it, two rows) open in area 0, as the
+// table built-ins below meet it; its index database opened for the entry lookups.
+void openTable() {
+    __dbCloseAll();
+    if (!__File(__INIT_CHARPTR("T"))->payload.l) {
+        __DBCREATE(__INIT_CHARPTR("T"),
+                   __CreateArray(__CreateArray(__INIT_CHARPTR("NAME"), __INIT_CHARPTR("C"), __INIT_DOUBLE(10),
+                                               __INIT_DOUBLE(0), __INIT_NUL()),
+                                 __INIT_NUL()),
+                   nullptr);
+        __DBUSEAREA(__INIT_BOOL(1), nullptr, __INIT_CHARPTR("T"), nullptr);
+        __DBCREATEINDEX(__INIT_CHARPTR("TI"), __INIT_CHARPTR("NAME"), __INIT_NUL());
+        for (const char *name : {"b", "a"}) {
+            __DBAPPEND(nullptr);
+            __SetField(nullptr, __INIT_DOUBLE(1), __INIT_CHARPTR(name));
+        }
+        __Commit(nullptr);
+        return;
+    }
+    __DBUSEAREA(__INIT_BOOL(1), nullptr, __INIT_CHARPTR("T"), nullptr);
+}
+
+DmOpenRef openDatabase(const char *name) {
+    LocalID id = DmFindDatabase(0, name);
+    return id ? DmOpenDatabase(0, id) : nullptr;
+}
+
+void addTableCalls(std::vector<Call> &calls) {
+    const int16_t areas[] = {-1, 0, 1, 254, 255, 256, std::numeric_limits<int16_t>::min(),
+                             std::numeric_limits<int16_t>::max()};
+    for (int16_t area : areas)
+        for (int flag : {0, 1, -1})
+            calls.push_back({"__CloseTBL(" + std::to_string(area) + ", " + std::to_string(flag) + ")", [area, flag] {
+                                 openTable();
+                                 __CloseTBL(area, flag);
+                                 openTable(); // the table opens again after any close
+                             }});
+    forEveryValue(calls, "__GetAliasID", [](pObj v) {
+        openTable();
+        __GetAliasID(v);
+    });
+    forEveryValue(calls, "__DBCREATEINDEX(v, NAME)", [](pObj name) {
+        openTable();
+        useResult(__DBCREATEINDEX(name, __INIT_CHARPTR("NAME"), __INIT_NUL()));
+        useResult(__Seek(nullptr, __INIT_CHARPTR("a"), nullptr));
+    });
+    forEveryValue(calls, "__DBCREATEINDEX(TX, v)", [](pObj key) {
+        openTable();
+        useResult(__DBCREATEINDEX(__INIT_CHARPTR("TX"), key, __INIT_NUL()));
+        useResult(__Seek(nullptr, __INIT_CHARPTR("a"), nullptr));
+    });
+    forEveryValue(calls, "__TBL_DeleteDatabase", [](pObj v) {
+        openTable();
+        __TBL_DeleteDatabase(v);
+    });
+    // An entry is a record number and a key of keyLength bytes; the buffer always holds them.
+    for (uint32_t recno : {0u, 1u, 2u, 3u, 0xFFFFFFFFu})
+        for (uint32_t keyLength : {0u, 1u, 10u, 11u, 300u})
+            for (uint8_t fill : {uint8_t(0), uint8_t(' '), uint8_t('a'), uint8_t(0xFF)}) {
+                calls.push_back({"FindKeyInIndexFile(TI, " + std::to_string(recno) + ", " + std::to_string(fill) +
+                                     " x " + std::to_string(keyLength) + ")",
+                                 [recno, keyLength, fill] {
+                                     openTable();
+                                     std::vector<uint8_t> entry(4 + 300, fill);
+                                     std::memcpy(entry.data(), &recno, 4);
+                                     int32_t position = -7;
+                                     FindKeyInIndexFile(openDatabase("TI"), entry.data(), keyLength, &position);
+                                     FindKeyInIndexFile(nullptr, entry.data(), keyLength, &position);
+                                 }});
+            }
+    for (uint32_t recno : {0u, 1u, 2u, 3u, 0x80000000u, 0xFFFFFFFFu})
+        calls.push_back({"FindRecnoInIndexFile(TI, " + std::to_string(recno) + ")", [recno] {
+                             openTable();
+                             int32_t position = -7;
+                             FindRecnoInIndexFile(openDatabase("TI"), recno, &position);
+                             FindRecnoInIndexFile(openDatabase("TI"), recno, nullptr);
+                             FindRecnoInIndexFile(nullptr, recno, &position);
+                         }});
+    for (const char *name : {"T", "TI", "missing"})
+        calls.push_back({"CleanTbl(" + std::string(name) + ")", [name] {
+                             openTable();
+                             CleanTbl(openDatabase(name));
+                             useResult(__TBL_GoTop(nullptr));
+                         }});
+    calls.push_back({"CleanTbl(null)", [] { CleanTbl(nullptr); }});
+    for (int on : {-1, 0, 1, 2})
+        calls.push_back({"zq_set_durable_commit(" + std::to_string(on) + ")", [on] {
+                             zq_set_durable_commit(on);
+                             openTable();
+                             __DBAPPEND(nullptr);
+                             __Commit(nullptr);
+                             zq_durable_commit();
+                             zq_set_durable_commit(0);
+                         }});
+}
+
 // Called by hand above.
 const std::set<std::string> kCalledByHand = {
     "__CreateArray", "__Array", "__ARRAY_EL", "__LockStack", "__Array_Get_Amnt_Itens", "__SwapElements",
@@ -335,7 +431,8 @@ const std::set<std::string> kCalledByHand = {
     "__KillContext", "zq_runtime_error_text", "__IsValidDate", "__Set_DateFormat", "__SetEpoch", "__IsLeapYear",
     "__EncodeDate", "__DoEncodeDate", "__DecodeDate", "__DateTimeToTimeStamp", "__GetMaskType", "__gMessageBox",
     "__DspMsg", "printDouble", "KindDatabaseName", "OpenKindDatabase", "DeleteKindDatabase", "__RetGlob",
-    "zq_readcom_returns", "RegisterBlock",
+    "zq_readcom_returns", "RegisterBlock", "__CloseTBL", "__GetAliasID", "__DBCREATEINDEX", "FindKeyInIndexFile",
+    "FindRecnoInIndexFile", "CleanTbl", "__TBL_DeleteDatabase", "zq_set_durable_commit", "zq_durable_commit",
     // The value constructors build every test value.
     "__INIT_LONG", "__INIT_DOUBLE", "__INIT_DATE", "__INIT_HANDLE", "__INIT_VOIDPTR", "__INIT_BOOL",
 };
@@ -349,6 +446,7 @@ std::vector<Call> everyCall() {
     addTextCalls(calls);
     addStorageNameCalls(calls);
     addDeviceCalls(calls);
+    addTableCalls(calls);
     if (const char *only = std::getenv("ZELQA_EVERY_BUILTIN_ONLY"))
         std::erase_if(calls, [only](const Call &c) { return c.name.find(only) == std::string::npos; });
     return calls;
