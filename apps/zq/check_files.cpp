@@ -5,6 +5,7 @@
 #include "text.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace zq::tool {
 namespace {
@@ -89,11 +90,20 @@ const uint8_t *recordData(const DatabaseScan &scan, size_t i, uint32_t &size) {
 }
 
 std::optional<DatabaseScan> scanDatabase(const std::string &dir, const CatalogItem &item, const std::string &table,
-                                         std::vector<Problem> &problems) {
+                                         std::vector<Problem> &problems, Mend missing) {
     const std::string &db = item.name;
+    const std::string work = db + "_Temp";
+    bool ownTable = !table.empty() && sameCaseless(table, db);
     auto bytes = readWholeFile(pathIn(dir, db));
+    if (bytes && std::filesystem::exists(pathIn(dir, work)))
+        add(problems, work, ownTable ? table : "", "file", "a compaction work file left behind by an interrupted compaction",
+            ownTable ? Mend::Compact : Mend::DropWork);
+    if (!bytes && (bytes = readWholeFile(pathIn(dir, work))))
+        add(problems, db, table, "file", "missing; " + work + ", the complete copy an interrupted compaction made, takes its place",
+            Mend::Open);
     if (!bytes) {
-        add(problems, db, table, "file", "the catalog lists it but its file is missing", Mend::None);
+        add(problems, db, missing == Mend::DropEntry ? "" : table, "file", "the catalog lists it but its file is missing",
+            missing);
         return std::nullopt;
     }
     DatabaseScan scan;
@@ -105,7 +115,13 @@ std::optional<DatabaseScan> scanDatabase(const std::string &dir, const CatalogIt
     }
     scan.header = *h;
     uint8_t kind = storage::kindForType(item.entry.type);
-    if (h->kind != kind)
+    bool fileKind = h->kind == 'V' || h->kind == 'B';
+    if (kind == 'X' && fileKind) {
+        Problem p{db, "catalog entry", "type " + fourChars(item.entry.type) + " is no type of a '" + char(h->kind) +
+                                             "' database", Mend::EntryType, "", 0, h->kind, item.offset};
+        problems.push_back(p);
+        kind = h->kind;
+    } else if (h->kind != kind)
         add(problems, db, table, "header",
             std::string("kind byte '") + char(h->kind ? h->kind : '0') + "', its type " +
                 fourChars(item.entry.type) + " wants '" + char(kind) + "'",
@@ -145,6 +161,11 @@ std::optional<DatabaseScan> scanDatabase(const std::string &dir, const CatalogIt
         add(problems, db, table, "slack", "bytes behind the used size are not zero", Mend::Open);
     if (kind == 'V')
         checkOffsetIndex(dir, item, table, scan, problems);
+    uint64_t unused = scan.file.size() - std::min<uint64_t>(used, scan.file.size());
+    if (ownTable && unused > kCompactionSlack)
+        add(problems, db, table, "size",
+            n(unused) + " of the file's " + n(scan.file.size()) + " bytes are unused (a compaction drops them)",
+            Mend::Compact);
     return scan;
 }
 

@@ -21,6 +21,7 @@ struct TableCheck {
     const std::string &dir;
     const std::vector<CatalogItem> &catalog;
     std::vector<Problem> &problems;
+    std::map<std::string, uint32_t> &deletedRows;
     std::map<std::string, bool> done; // databases already scanned, uppercased
 
     const CatalogItem *item(const std::string &name) const {
@@ -35,9 +36,9 @@ struct TableCheck {
         problems.push_back({db, place, what, mend, table, row, field});
     }
 
-    std::optional<DatabaseScan> scan(const CatalogItem &i, const std::string &table) {
+    std::optional<DatabaseScan> scan(const CatalogItem &i, const std::string &table, Mend missing = Mend::DropEntry) {
         done[upper(i.name)] = true;
-        return scanDatabase(dir, i, table, problems);
+        return scanDatabase(dir, i, table, problems, missing);
     }
 
     void table(const CatalogItem &t);
@@ -52,7 +53,10 @@ void TableCheck::table(const CatalogItem &t) {
         return;
     auto def = tableDefinition(scan->file);
     if (!def) {
-        add(t.name, t.name, "definition", "the table's definition block does not parse", Mend::None);
+        add(t.name, t.name, "definition",
+            "the table's definition block does not parse; without it the rows cannot be read (restore the table "
+            "from a backup)",
+            Mend::None);
         return;
     }
     std::vector<tables::AreaRecord> decoded;
@@ -65,11 +69,15 @@ void TableCheck::rows(const CatalogItem &t, tables::TableDef &def, const Databas
                       std::vector<tables::AreaRecord> &decoded) {
     std::optional<uint64_t> memoCount;
     if (def.hasMemo) {
+        // A lost companion is made again, empty, when the table opens.
         const CatalogItem *memo = item(t.name + "_M");
+        auto m = memo ? this->scan(*memo, t.name) : std::nullopt;
         if (!memo)
             add(t.name + "_M", t.name, "file", "the table has memo fields but no memo companion", Mend::Open);
-        else if (auto m = this->scan(*memo, t.name))
+        if (m)
             memoCount = m->records.size();
+        else if (!memo || problems.back().mend == Mend::DropEntry)
+            memoCount = 0;
     }
     Progress progress("check " + t.name, scan.records.size());
     for (size_t r = 0; r < scan.records.size(); ++r) {
@@ -82,6 +90,8 @@ void TableCheck::rows(const CatalogItem &t, tables::TableDef &def, const Databas
         tables::decodeRow(a, data, size);
         if (size < 2 || (data[size - 2] != '!' && data[size - 2] != '*') || data[size - 1] != 0)
             add(t.name, t.name, "row " + n(r + 1), "the row has no deletion mark", Mend::Mark, uint32_t(r));
+        else if (data[size - 2] == '*')
+            ++deletedRows[upper(t.name)];
         for (size_t f = 0; memoCount && f + 1 < def.fields.size(); ++f) {
             if (def.fields[f].type != tables::kMemo)
                 continue;
@@ -99,15 +109,17 @@ void TableCheck::rows(const CatalogItem &t, tables::TableDef &def, const Databas
 void TableCheck::index(const CatalogItem &t, const tables::TableDef &def, const tables::IndexDef &listed,
                        const std::vector<tables::AreaRecord> &decoded) {
     const CatalogItem *i = item(listed.name);
+    // The key of an index is kept only in its own file: without it the index cannot be
+    // made again, and the table does not open while its definition lists it.
     if (!i) {
-        add(listed.name, t.name, "file", "the table lists this index but the catalog does not", Mend::None);
+        add(listed.name, t.name, "file", "the table lists this index but the catalog does not", Mend::DropIndex);
         return;
     }
-    auto scan = this->scan(*i, t.name);
+    auto scan = this->scan(*i, t.name, Mend::DropIndex);
     auto index = scan ? indexDefinition(scan->file) : std::nullopt;
     if (!index) {
         if (scan)
-            add(i->name, t.name, "definition", "the index's definition block does not parse", Mend::None);
+            add(i->name, t.name, "definition", "the index's definition block does not parse", Mend::DropIndex);
         return;
     }
     const std::string &db = i->name;
@@ -150,14 +162,19 @@ void TableCheck::index(const CatalogItem &t, const tables::TableDef &def, const 
 
 } // namespace
 
-std::vector<Problem> checkDirectory(const std::string &dir, const std::vector<std::string> &tables) {
-    std::vector<Problem> problems;
+CheckResult checkDirectory(const std::string &dir, const std::vector<std::string> &tables) {
+    CheckResult result;
+    std::vector<Problem> &problems = result.problems;
     auto catalog = readCatalog(dir);
     if (!catalog) {
         problems.push_back({"catalog.plm", "file", "cannot be read", Mend::None, "", 0, 0});
-        return problems;
+        return result;
     }
-    TableCheck check{dir, *catalog, problems, {}};
+    bool unsound = false;
+    checkCatalog(dir, *catalog, problems, unsound);
+    if (unsound)
+        return result;
+    TableCheck check{dir, *catalog, problems, result.deletedRows, {}};
     for (const std::string &name : tables) {
         const CatalogItem *t = findTable(*catalog, name);
         if (t)
@@ -166,14 +183,14 @@ std::vector<Problem> checkDirectory(const std::string &dir, const std::vector<st
             problems.push_back({upper(name), "catalog", "no table of this name", Mend::None, "", 0, 0});
     }
     if (!tables.empty())
-        return problems;
+        return result;
     for (const CatalogItem &i : *catalog)
         if (isTable(i) && !check.done.count(upper(i.name)))
             check.table(i);
     for (const CatalogItem &i : *catalog)
         if (!check.done.count(upper(i.name)))
             check.scan(i, "");
-    return problems;
+    return result;
 }
 
 void printProblems(const std::vector<Problem> &problems) {

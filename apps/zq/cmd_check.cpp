@@ -12,7 +12,7 @@ int runCheck(const std::string &dir, const std::vector<std::string> &tables) {
     // Keys are built by the runtime's own functions, which need its context; storage is
     // never started, so nothing in the directory is opened for writing.
     startRuntime(dir);
-    std::vector<Problem> problems = checkDirectory(dir, tables);
+    std::vector<Problem> problems = checkDirectory(dir, tables).problems;
     endRuntime();
     printProblems(problems);
     return problems.empty() ? kExitOk : kExitProblem;

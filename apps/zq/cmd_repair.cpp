@@ -1,14 +1,16 @@
 // zq repair: check, back the whole directory up beside it, then mend through the runtime
-// what check found (offset indexes and headers by opening, row marks, memo references,
-// indexes by rebuilding them) and check again.
+// what check found (the catalog as storage start recovers it, entries without their file,
+// offset indexes and headers by opening, row marks, memo references, indexes by
+// rebuilding them, compaction) and check again.
 #include "commands.h"
 
 #include "check.h"
+#include "mend.h"
 #include "session.h"
-#include "table_access.h"
 #include "text.h"
 #include "zelqa.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
@@ -35,58 +37,19 @@ std::string backUp(const std::string &dir) {
     return ec ? std::string() : target.string();
 }
 
-void mendTable(const std::string &table, const std::vector<Problem> &problems) {
-    OpenTable t(table, "ZQ_REPAIR");
-    bool reindex = false;
-    for (const Problem &p : problems) {
-        if (p.table != table)
-            continue;
-        std::string where = latin1ToUtf8(p.database) + ": " + p.place + ": ";
-        switch (p.mend) {
-        case Mend::Open:
-            std::printf("%srebuilt when the table was opened\n", where.c_str());
-            break;
-        case Mend::Mark:
-            t.go(p.row);
-            t.recall();
-            t.commit();
-            std::printf("%sstored again with a live mark\n", where.c_str());
-            break;
-        case Mend::Memo:
-            t.go(p.row);
-            t.write(p.field, Cell{});
-            t.commit();
-            std::printf("%sset to an empty memo text\n", where.c_str());
-            break;
-        case Mend::Reindex:
-            reindex = true;
-            break;
-        case Mend::None:
-            break;
-        }
-    }
-    if (reindex) {
-        t.reindex();
-        std::printf("%s: indexes rebuilt\n", latin1ToUtf8(table).c_str());
-    }
-}
-
-// A database outside any table whose file storage mends when it opens it.
-void mendDatabase(const std::string &name) {
-    if (DmOpenRef db = DmOpenDatabase(0, DmFindDatabase(0, name.c_str()))) {
-        DmCloseDatabase(db);
-        std::printf("%s: rebuilt when the database was opened\n", latin1ToUtf8(name).c_str());
-    }
+bool hasMend(const std::vector<Problem> &problems, Mend mend) {
+    return std::any_of(problems.begin(), problems.end(), [&](const Problem &p) { return p.mend == mend; });
 }
 
 } // namespace
 
-int runRepair(const std::string &dir, const std::vector<std::string> &tables) {
+int runRepair(const std::string &dir, const std::vector<std::string> &tables, bool pack) {
     if (!isStorageDirectory(dir))
         return kExitUsage;
     startRuntime(dir);
-    std::vector<Problem> problems = checkDirectory(dir, tables);
-    if (problems.empty()) {
+    CheckResult found = checkDirectory(dir, tables);
+    bool packing = pack && !found.deletedRows.empty();
+    if (found.problems.empty() && !packing) {
         endRuntime();
         std::printf("nothing to repair: 0 problems found\n");
         return kExitOk;
@@ -98,28 +61,55 @@ int runRepair(const std::string &dir, const std::vector<std::string> &tables) {
         return kExitProblem;
     }
     std::printf("backup: %s\n", backup.c_str());
-    std::set<std::string> mendedTables, mendedDatabases;
-    for (const Problem &p : problems) {
-        if (p.mend == Mend::None)
-            std::printf("%s: %s: %s: left as it is\n", latin1ToUtf8(p.database).c_str(), p.place.c_str(),
-                        latin1ToUtf8(p.what).c_str());
-        else if (!p.table.empty())
-            mendedTables.insert(p.table);
-        else
-            mendedDatabases.insert(p.database);
+    if (hasMend(found.problems, Mend::Catalog)) {
+        // Storage start replaces an unsound catalog (from catalog.bck, else from the files)
+        // and rewrites a wrong capacity; what it found is judged anew.
+        for (const Problem &p : found.problems)
+            if (p.mend == Mend::Catalog)
+                std::printf("%smended when storage started\n", placeOf(p).c_str());
+        bool kept = fs::exists(fs::path(dir) / "catalog.plm.damaged");
+        StorageStart();
+        StorageClose();
+        if (!kept && fs::exists(fs::path(dir) / "catalog.plm.damaged"))
+            std::printf("catalog.plm: replaced from catalog.bck or the database files; the damaged one is kept as "
+                        "catalog.plm.damaged\n");
+        found = checkDirectory(dir, tables);
     }
+    std::set<std::string> mendedTables, unreadable, dropping;
+    for (const Problem &p : found.problems)
+        if (p.mend == Mend::None && !p.table.empty())
+            unreadable.insert(upper(p.table));
+    for (const Problem &p : found.problems) {
+        if (p.mend == Mend::None)
+            std::printf("%s%s: left as it is\n", placeOf(p).c_str(), latin1ToUtf8(p.what).c_str());
+        else if (p.mend == Mend::DropIndex)
+            dropping.insert(upper(p.table));
+        else if (p.mend == Mend::Open && !unreadable.count(upper(p.table)) && !p.table.empty())
+            mendedTables.insert(upper(p.table));
+        else if (p.mend == Mend::Open)
+            mendDatabase(p.database);
+        else if (p.mend == Mend::Mark || p.mend == Mend::Memo || p.mend == Mend::Reindex || p.mend == Mend::Compact)
+            mendedTables.insert(upper(p.table));
+        else
+            mendCatalog(p);
+    }
+    for (const std::string &table : dropping)
+        dropIndexes(table, found.problems);
+    if (pack)
+        for (const auto &[table, count] : found.deletedRows)
+            mendedTables.insert(table);
     for (const std::string &table : mendedTables) {
-        mendTable(table, problems);
+        if (unreadable.count(table))
+            continue;
+        mendTable(table, found.problems, pack && found.deletedRows.count(table));
         __dbCloseAll();
     }
-    for (const std::string &db : mendedDatabases)
-        mendDatabase(db);
     StorageClose(); // everything on disk before the files are judged again
-    std::vector<Problem> after = checkDirectory(dir, tables);
+    CheckResult after = checkDirectory(dir, tables);
     endRuntime();
     std::printf("check after repair: ");
-    printProblems(after);
-    return after.empty() ? kExitOk : kExitProblem;
+    printProblems(after.problems);
+    return after.problems.empty() ? kExitOk : kExitProblem;
 }
 
 } // namespace zq::tool

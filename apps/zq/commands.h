@@ -17,7 +17,8 @@ struct ShowOptions {
 int runShow(const std::string &dir, const std::string &table, const ShowOptions &options);
 
 int runCheck(const std::string &dir, const std::vector<std::string> &tables);
-int runRepair(const std::string &dir, const std::vector<std::string> &tables);
+// pack: the tables' rows marked deleted are dropped too, by compacting their databases.
+int runRepair(const std::string &dir, const std::vector<std::string> &tables, bool pack);
 
 int runExport(const std::string &dir, const std::string &table, const std::string &file);
 

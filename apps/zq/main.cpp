@@ -44,7 +44,9 @@ int main(int argc, char **argv) {
     CLI::App *rp = app.add_subcommand("repair", "Back the directory up, then rebuild what check finds broken");
     rp->add_option("DIR", dir, "Storage directory")->required();
     rp->add_option("TABLE", tables, "Tables to repair (default: every table)");
-    rp->callback([&] { run = [&] { return runRepair(dir, tables); }; });
+    bool pack = false;
+    rp->add_flag("--pack", pack, "Drop the rows marked deleted as well, compacting each table that has any");
+    rp->callback([&] { run = [&] { return runRepair(dir, tables, pack); }; });
 
     CLI::App *ex = app.add_subcommand("export", "Write a table to a .csv, .dbf or .xlsx file");
     ex->add_option("DIR", dir, "Storage directory")->required();

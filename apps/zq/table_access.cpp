@@ -84,6 +84,12 @@ void OpenTable::write(size_t field, const Cell &cell) {
 }
 
 void OpenTable::recall() { __TBL_Recall(area()); }
+void OpenTable::remove() { __TBL_Delete(area()); }
+
+void OpenTable::compact() {
+    commit();
+    DmCompactDatabase(tables::requireArea(area()).db);
+}
 void OpenTable::commit() { __Commit(area()); }
 void OpenTable::reindex() { __Reindex(area()); }
 

@@ -36,8 +36,13 @@ public:
     void append();
     void write(size_t field, const Cell &cell);
     void recall();
+    void remove(); // marks the current row deleted
     void commit();
     void reindex();
+    // Compacts the table's database through storage, which drops the rows marked deleted
+    // (what pack does to the rows, without touching memo texts). Record numbers of the
+    // rows kept close up; the indexes must be rebuilt after.
+    void compact();
 
 private:
     pObj area() const;

@@ -7,13 +7,28 @@
 namespace zq::tool_test {
 namespace {
 
+namespace fs = std::filesystem;
+
 uint16_t u16At(const std::vector<uint8_t> &b, size_t at) { return uint16_t(b[at] | b[at + 1] << 8); }
+uint32_t u32At(const std::vector<uint8_t> &b, size_t at) { return u16At(b, at) | uint32_t(u16At(b, at + 2)) << 16; }
+void putU32(std::vector<uint8_t> &b, size_t at, uint32_t v) {
+    for (int i = 0; i < 4; ++i)
+        b[at + i] = uint8_t(v >> 8 * i);
+}
+
+// Fills the app info block of a database (from skip on) with bytes no definition parses.
+void garbleDefinition(ZqTest &t, const char *database, size_t skip) {
+    auto b = t.bytesOf(database);
+    std::fill(b.begin() + 20 + skip, b.begin() + 20 + u32At(b, 4), 'x');
+    t.replaceBytes(database, b);
+}
 
 struct Damage {
     const char *name;
     void (*make)(ZqTest &t);
-    const char *found;   // a line check prints
-    int emptiedMemoRow;  // 1-based row whose memo repair empties, 0 for none
+    const char *found;     // a line check prints
+    const char *emptied;   // 1-based rows (digits) whose memo text repair empties
+    bool tableGone = false; // repair drops the table's catalog entry
 };
 
 void flipKeyByte(ZqTest &t) {
@@ -50,6 +65,67 @@ void rowWithoutMark(ZqTest &t) {
     t.replaceBytes("CLIENTES", b);
 }
 
+// Records appended and removed again through storage leave the file grown.
+void removalsLeaveRoom(ZqTest &) {
+    DmOpenRef table = DmOpenDatabase(0, DmFindDatabase(0, "CLIENTES"));
+    ASSERT_NE(table, nullptr);
+    for (int i = 0; i < 1000; ++i) {
+        uint32_t at = dmAppendPosition;
+        ASSERT_NE(DmNewRecord(table, &at, 200), nullptr);
+        DmReleaseRecord(table, at, 1);
+    }
+    while (DmNumRecords(table) > 5)
+        DmRemoveRecord(table, 5);
+    DmCloseDatabase(table);
+    StorageClose();
+}
+
+void staleWorkFile(ZqTest &t) {
+    auto b = t.bytesOf("CLIENTES");
+    b.resize(200);
+    t.replaceBytes("CLIENTES_Temp", b);
+}
+
+void compactionCutBeforeRename(ZqTest &t) { fs::rename(t.inDb("CLIENTES"), t.inDb("CLIENTES_Temp")); }
+void removeFile(ZqTest &t, const char *name) { fs::remove(t.inDb(name)); }
+void loseMemoFile(ZqTest &t) { removeFile(t, "CLIENTES_M"); }
+void loseIndexFile(ZqTest &t) { removeFile(t, "CLI_COD"); }
+void loseTableFile(ZqTest &t) { removeFile(t, "CLIENTES"); }
+void garbleIndexDefinition(ZqTest &t) { garbleDefinition(t, "CLI_NOME", 0); }
+
+void catalogUsedSizeOffEntry(ZqTest &t) {
+    auto b = t.bytesOf("catalog.plm");
+    putU32(b, 16, u32At(b, 16) - 3);
+    t.replaceBytes("catalog.plm", b);
+}
+
+void catalogNameWithSlash(ZqTest &t) {
+    auto b = t.bytesOf("catalog.plm");
+    b[20 + 2] = '/';
+    t.replaceBytes("catalog.plm", b);
+}
+
+void catalogCapacityWrong(ZqTest &t) {
+    auto b = t.bytesOf("catalog.plm");
+    putU32(b, 12, 4096);
+    t.replaceBytes("catalog.plm", b);
+}
+
+// A second entry of CLI_NOME (the third entry, copied behind the last one).
+void catalogEntryTwice(ZqTest &t) {
+    auto b = t.bytesOf("catalog.plm");
+    uint32_t used = u32At(b, 16);
+    std::copy(b.begin() + 20 + 2 * 88, b.begin() + 20 + 3 * 88, b.begin() + used);
+    putU32(b, 16, used + 88);
+    t.replaceBytes("catalog.plm", b);
+}
+
+void catalogTypeGarbled(ZqTest &t) {
+    auto b = t.bytesOf("catalog.plm");
+    putU32(b, 20 + 2 * 88 + 76, 0x58585858u); // CLI_NOME's type "XXXX"
+    t.replaceBytes("catalog.plm", b);
+}
+
 class ZqDamage : public ZqTest, public ::testing::WithParamInterface<Damage> {};
 
 TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {
@@ -67,7 +143,7 @@ TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {
     EXPECT_EQ(repair.status, 0) << repair.out << repair.err;
     EXPECT_TRUE(has(repair.out, "check after repair: 0 problems found")) << repair.out;
     std::string backup;
-    for (const auto &e : std::filesystem::directory_iterator(directory))
+    for (const auto &e : fs::directory_iterator(directory))
         if (e.path().filename().string().rfind("DB.backup-", 0) == 0)
             backup = e.path().string();
     ASSERT_FALSE(backup.empty()) << repair.out;
@@ -75,22 +151,49 @@ TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {
     EXPECT_EQ(snapshot(backup), damaged) << "the backup is not the directory as it was";
 
     EXPECT_EQ(zq({"check", db()}).status, 0);
-    if (int r = GetParam().emptiedMemoRow)
-        rows[size_t(r) - 1].erase(rows[size_t(r) - 1].rfind('|') + 1);
-    EXPECT_EQ(rowsOf("CLIENTES"), rows);
+    if (GetParam().tableGone) {
+        EXPECT_TRUE(has(zq({"ls", db()}).out, "CLIENTES_M ")) << "the table's companions are kept";
+        return;
+    }
+    for (const char *r = GetParam().emptied; *r; ++r)
+        rows[size_t(*r - '1')].erase(rows[size_t(*r - '1')].rfind('|') + 1);
+    EXPECT_EQ(rowsOf("CLIENTES"), rows) << repair.out;
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, ZqDamage,
     ::testing::Values(
-        Damage{"FlippedKeyByte", flipKeyByte, "CLI_NOME: entry 2: its key bytes differ from the key of row 4\n", 0},
+        Damage{"FlippedKeyByte", flipKeyByte, "CLI_NOME: entry 2: its key bytes differ from the key of row 4\n", ""},
         Damage{"MissingIndexEntry", removeIndexEntry,
-               "CLI_COD: entries: holds 4 entries for 5 rows (out of step)\nCLI_COD: row 1: has no entry\n", 0},
+               "CLI_COD: entries: holds 4 entries for 5 rows (out of step)\nCLI_COD: row 1: has no entry\n", ""},
         Damage{"TruncatedOffsetIndex", truncateOffsetIndex, "CLIENTES_OS: size: cut short: holds 2 of 5 entries\n",
-               0},
+               ""},
         Damage{"MemoPastTheEnd", memoPastTheEnd,
-               "CLIENTES: row 3, field OBS: memo reference 99 lies past the end of CLIENTES_M", 3},
-        Damage{"RowWithoutMark", rowWithoutMark, "CLIENTES: row 2: the row has no deletion mark\n", 0}),
+               "CLIENTES: row 3, field OBS: memo reference 99 lies past the end of CLIENTES_M", "3"},
+        Damage{"RowWithoutMark", rowWithoutMark, "CLIENTES: row 2: the row has no deletion mark\n", ""},
+        Damage{"RoomLeftByRemovals", removalsLeaveRoom, "bytes are unused (a compaction drops them)\n", ""},
+        Damage{"StaleWorkFile", staleWorkFile,
+               "CLIENTES_Temp: file: a compaction work file left behind by an interrupted compaction\n", ""},
+        Damage{"CompactionCutBeforeRename", compactionCutBeforeRename,
+               "CLIENTES: file: missing; CLIENTES_Temp, the complete copy an interrupted compaction made, takes "
+               "its place\n",
+               ""},
+        Damage{"MissingMemoFile", loseMemoFile, "CLIENTES_M: file: the catalog lists it but its file is missing\n",
+               "12345"},
+        Damage{"MissingIndexFile", loseIndexFile, "CLI_COD: file: the catalog lists it but its file is missing\n",
+               ""},
+        Damage{"GarbledIndexDefinition", garbleIndexDefinition,
+               "CLI_NOME: definition: the index's definition block does not parse\n", ""},
+        Damage{"MissingTableFile", loseTableFile, "CLIENTES: file: the catalog lists it but its file is missing\n",
+               "", true},
+        Damage{"CatalogUsedSizeOffAnEntry", catalogUsedSizeOffEntry, "catalog.plm: header: used size ", ""},
+        Damage{"CatalogNameWithSlash", catalogNameWithSlash,
+               "catalog.plm: entry at 20: its name holds the byte 47, which no file name may\n", ""},
+        Damage{"CatalogCapacity", catalogCapacityWrong, "catalog.plm: header: capacity 4096, the file has ", ""},
+        Damage{"CatalogEntryTwice", catalogEntryTwice,
+               "catalog.plm: entry at 372: names CLI_NOME again (the entry at 196 is the one found)\n", ""},
+        Damage{"CatalogTypeGarbled", catalogTypeGarbled,
+               "CLI_NOME: catalog entry: type XXXX is no type of a 'B' database\n", ""}),
     [](const ::testing::TestParamInfo<Damage> &info) { return std::string(info.param.name); });
 
 TEST_F(ZqTest, CleanDirectoryNeedsNoRepairAndNoBackup) {
@@ -101,15 +204,38 @@ TEST_F(ZqTest, CleanDirectoryNeedsNoRepairAndNoBackup) {
     ToolRun repair = zq({"repair", db()});
     EXPECT_EQ(repair.status, 0);
     EXPECT_EQ(repair.out, "nothing to repair: 0 problems found\n");
-    for (const auto &e : std::filesystem::directory_iterator(directory))
+    for (const auto &e : fs::directory_iterator(directory))
         EXPECT_EQ(e.path().filename().string().find("backup"), std::string::npos);
+    EXPECT_EQ(zq({"check", db(), "NADA"}).out, "NADA: catalog: no table of this name\n1 problem found\n");
 }
 
-TEST_F(ZqTest, CheckNamesATableThatDoesNotExist) {
+TEST_F(ZqTest, RepairLeavesATableWhoseDefinitionIsLostAsItIs) {
     makeClients();
-    ToolRun check = zq({"check", db(), "NADA"});
-    EXPECT_EQ(check.status, 1);
-    EXPECT_EQ(check.out, "NADA: catalog: no table of this name\n1 problem found\n");
+    garbleDefinition(*this, "CLIENTES", 72);
+    auto table = bytesOf("CLIENTES");
+    ToolRun repair = zq({"repair", db()});
+    EXPECT_EQ(repair.status, 1);
+    EXPECT_TRUE(has(repair.out, "CLIENTES: definition: the table's definition block does not parse; without it the "
+                                "rows cannot be read (restore the table from a backup): left as it is\n"))
+        << repair.out;
+    EXPECT_EQ(bytesOf("CLIENTES"), table);
+}
+
+// Compaction keeps the rows marked deleted unless --pack asks for them to go; the memo
+// texts of the rows kept stay with them either way.
+TEST_F(ZqTest, RepairPackDropsDeletedRowsOnlyWhenAsked) {
+    makeClients();
+    std::vector<std::string> rows = rowsOf("CLIENTES");
+    removalsLeaveRoom(*this);
+    EXPECT_EQ(zq({"repair", db()}).status, 0);
+    EXPECT_EQ(rowsOf("CLIENTES"), rows);
+
+    ToolRun pack = zq({"repair", db(), "--pack"});
+    EXPECT_EQ(pack.status, 0) << pack.out << pack.err;
+    EXPECT_TRUE(has(pack.out, "CLIENTES: compacted, 1 deleted rows dropped\n")) << pack.out;
+    rows.erase(rows.begin() + 3);
+    EXPECT_EQ(rowsOf("CLIENTES"), rows);
+    EXPECT_EQ(zq({"repair", db(), "--pack"}).out, "nothing to repair: 0 problems found\n");
 }
 
 } // namespace

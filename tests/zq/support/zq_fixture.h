@@ -41,6 +41,8 @@ public:
     std::vector<size_t> recordOffsets(const std::string &database) const;
     // Every file in DB with its bytes, to see that a command changed nothing.
     std::vector<std::pair<std::string, std::string>> snapshot(const std::string &dir) const;
+    // The path of a file in DB.
+    std::string inDb(const std::string &name) const { return db() + "/" + name; }
     // The bytes of a file in DB, and writing them back.
     std::vector<uint8_t> bytesOf(const std::string &database) const { return fileBytes(database); }
     void replaceBytes(const std::string &database, const std::vector<uint8_t> &b) const { writeBytes(database, b); }
