@@ -9,63 +9,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-uint16_t u16At(const std::vector<uint8_t> &b, size_t at) { return uint16_t(b[at] | b[at + 1] << 8); }
-uint32_t u32At(const std::vector<uint8_t> &b, size_t at) { return u16At(b, at) | uint32_t(u16At(b, at + 2)) << 16; }
-void putU32(std::vector<uint8_t> &b, size_t at, uint32_t v) {
+using Bytes = std::vector<uint8_t>;
+
+uint32_t u32At(const Bytes &b, size_t at) { return b[at] | b[at + 1] << 8 | b[at + 2] << 16 | uint32_t(b[at + 3]) << 24; }
+void putU32(Bytes &b, size_t at, uint32_t v) {
     for (int i = 0; i < 4; ++i)
         b[at + i] = uint8_t(v >> 8 * i);
 }
 
 // Fills the app info block of a database (from skip on) with bytes no definition parses.
 void garbleDefinition(ZqTest &t, const char *database, size_t skip) {
-    auto b = t.bytesOf(database);
-    std::fill(b.begin() + 20 + skip, b.begin() + 20 + u32At(b, 4), 'x');
-    t.replaceBytes(database, b);
+    t.patch(database, [&](Bytes &b) { std::fill(b.begin() + 20 + skip, b.begin() + 20 + u32At(b, 4), 'x'); });
 }
 
-struct Damage {
-    const char *name;
-    void (*make)(ZqTest &t);
-    const char *found;     // a line check prints
-    const char *emptied;   // 1-based rows (digits) whose memo text repair empties
-    bool tableGone = false; // repair drops the table's catalog entry
-};
-
-void flipKeyByte(ZqTest &t) {
-    auto b = t.bytesOf("CLI_NOME");
-    b[t.recordOffsets("CLI_NOME")[1] + 8 + 4] ^= 0x20;
-    t.replaceBytes("CLI_NOME", b);
-}
-
-void removeIndexEntry(ZqTest &) {
-    DmOpenRef index = DmOpenDatabase(0, DmFindDatabase(0, "CLI_COD"));
-    ASSERT_NE(index, nullptr);
-    EXPECT_EQ(DmRemoveRecord(index, 0), 0);
-    DmCloseDatabase(index);
-    StorageClose();
-}
-
-void truncateOffsetIndex(ZqTest &t) {
-    auto b = t.bytesOf("CLIENTES_OS");
-    b.resize(28);
-    t.replaceBytes("CLIENTES_OS", b);
-}
-
-void memoPastTheEnd(ZqTest &t) {
-    auto b = t.bytesOf("CLIENTES");
-    size_t row3 = t.recordOffsets("CLIENTES")[2] + 8;
-    b[row3 + 8 + 1 + 8 + 8 + 1] = 99; // CODIGO, the empty NOME, SALDO, NASC, ATIVO, then OBS
-    t.replaceBytes("CLIENTES", b);
-}
-
-void rowWithoutMark(ZqTest &t) {
-    auto b = t.bytesOf("CLIENTES");
-    size_t row2 = t.recordOffsets("CLIENTES")[1];
-    b[row2 + 8 + u16At(b, row2) - 2] = 0;
-    t.replaceBytes("CLIENTES", b);
-}
-
-// Records appended and removed again through storage leave the file grown.
+// Records appended and removed again through storage leave the table's file grown.
 void removalsLeaveRoom(ZqTest &) {
     DmOpenRef table = DmOpenDatabase(0, DmFindDatabase(0, "CLIENTES"));
     ASSERT_NE(table, nullptr);
@@ -80,51 +37,13 @@ void removalsLeaveRoom(ZqTest &) {
     StorageClose();
 }
 
-void staleWorkFile(ZqTest &t) {
-    auto b = t.bytesOf("CLIENTES");
-    b.resize(200);
-    t.replaceBytes("CLIENTES_Temp", b);
-}
-
-void compactionCutBeforeRename(ZqTest &t) { fs::rename(t.inDb("CLIENTES"), t.inDb("CLIENTES_Temp")); }
-void removeFile(ZqTest &t, const char *name) { fs::remove(t.inDb(name)); }
-void loseMemoFile(ZqTest &t) { removeFile(t, "CLIENTES_M"); }
-void loseIndexFile(ZqTest &t) { removeFile(t, "CLI_COD"); }
-void loseTableFile(ZqTest &t) { removeFile(t, "CLIENTES"); }
-void garbleIndexDefinition(ZqTest &t) { garbleDefinition(t, "CLI_NOME", 0); }
-
-void catalogUsedSizeOffEntry(ZqTest &t) {
-    auto b = t.bytesOf("catalog.plm");
-    putU32(b, 16, u32At(b, 16) - 3);
-    t.replaceBytes("catalog.plm", b);
-}
-
-void catalogNameWithSlash(ZqTest &t) {
-    auto b = t.bytesOf("catalog.plm");
-    b[20 + 2] = '/';
-    t.replaceBytes("catalog.plm", b);
-}
-
-void catalogCapacityWrong(ZqTest &t) {
-    auto b = t.bytesOf("catalog.plm");
-    putU32(b, 12, 4096);
-    t.replaceBytes("catalog.plm", b);
-}
-
-// A second entry of CLI_NOME (the third entry, copied behind the last one).
-void catalogEntryTwice(ZqTest &t) {
-    auto b = t.bytesOf("catalog.plm");
-    uint32_t used = u32At(b, 16);
-    std::copy(b.begin() + 20 + 2 * 88, b.begin() + 20 + 3 * 88, b.begin() + used);
-    putU32(b, 16, used + 88);
-    t.replaceBytes("catalog.plm", b);
-}
-
-void catalogTypeGarbled(ZqTest &t) {
-    auto b = t.bytesOf("catalog.plm");
-    putU32(b, 20 + 2 * 88 + 76, 0x58585858u); // CLI_NOME's type "XXXX"
-    t.replaceBytes("catalog.plm", b);
-}
+struct Damage {
+    const char *name;
+    void (*make)(ZqTest &t);
+    const char *found;      // a line check prints
+    const char *emptied;    // 1-based rows (digits) whose memo text repair empties
+    bool tableGone = false; // repair drops the table's catalog entry
+};
 
 class ZqDamage : public ZqTest, public ::testing::WithParamInterface<Damage> {};
 
@@ -163,36 +82,61 @@ TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, ZqDamage,
     ::testing::Values(
-        Damage{"FlippedKeyByte", flipKeyByte, "CLI_NOME: entry 2: its key bytes differ from the key of row 4\n", ""},
-        Damage{"MissingIndexEntry", removeIndexEntry,
+        Damage{"FlippedKeyByte",
+               [](ZqTest &t) { t.patch("CLI_NOME", [&](Bytes &b) { b[t.recordOffsets("CLI_NOME")[1] + 12] ^= 0x20; }); },
+               "CLI_NOME: entry 2: its key bytes differ from the key of row 4\n", ""},
+        Damage{"MissingIndexEntry",
+               [](ZqTest &) {
+                   DmOpenRef index = DmOpenDatabase(0, DmFindDatabase(0, "CLI_COD"));
+                   EXPECT_EQ(DmRemoveRecord(index, 0), 0);
+                   DmCloseDatabase(index);
+                   StorageClose();
+               },
                "CLI_COD: entries: holds 4 entries for 5 rows (out of step)\nCLI_COD: row 1: has no entry\n", ""},
-        Damage{"TruncatedOffsetIndex", truncateOffsetIndex, "CLIENTES_OS: size: cut short: holds 2 of 5 entries\n",
-               ""},
-        Damage{"MemoPastTheEnd", memoPastTheEnd,
+        Damage{"TruncatedOffsetIndex", [](ZqTest &t) { t.patch("CLIENTES_OS", [](Bytes &b) { b.resize(28); }); },
+               "CLIENTES_OS: size: cut short: holds 2 of 5 entries\n", ""},
+        Damage{"MemoPastTheEnd", // row 3's CODIGO, empty NOME, SALDO, NASC, ATIVO, then OBS
+               [](ZqTest &t) { t.patch("CLIENTES", [&](Bytes &b) { b[t.recordOffsets("CLIENTES")[2] + 34] = 99; }); },
                "CLIENTES: row 3, field OBS: memo reference 99 lies past the end of CLIENTES_M", "3"},
-        Damage{"RowWithoutMark", rowWithoutMark, "CLIENTES: row 2: the row has no deletion mark\n", ""},
+        Damage{"RowWithoutMark",
+               [](ZqTest &t) {
+                   size_t row2 = t.recordOffsets("CLIENTES")[1];
+                   t.patch("CLIENTES", [&](Bytes &b) { b[row2 + 8 + (b[row2] | b[row2 + 1] << 8) - 2] = 0; });
+               },
+               "CLIENTES: row 2: the row has no deletion mark\n", ""},
         Damage{"RoomLeftByRemovals", removalsLeaveRoom, "bytes are unused (a compaction drops them)\n", ""},
-        Damage{"StaleWorkFile", staleWorkFile,
+        Damage{"StaleWorkFile",
+               [](ZqTest &t) { writeFile(t.inDb("CLIENTES_Temp"), readFile(t.inDb("CLIENTES")).substr(0, 200)); },
                "CLIENTES_Temp: file: a compaction work file left behind by an interrupted compaction\n", ""},
-        Damage{"CompactionCutBeforeRename", compactionCutBeforeRename,
+        Damage{"CompactionCutBeforeRename", [](ZqTest &t) { fs::rename(t.inDb("CLIENTES"), t.inDb("CLIENTES_Temp")); },
                "CLIENTES: file: missing; CLIENTES_Temp, the complete copy an interrupted compaction made, takes "
                "its place\n",
                ""},
-        Damage{"MissingMemoFile", loseMemoFile, "CLIENTES_M: file: the catalog lists it but its file is missing\n",
-               "12345"},
-        Damage{"MissingIndexFile", loseIndexFile, "CLI_COD: file: the catalog lists it but its file is missing\n",
-               ""},
-        Damage{"GarbledIndexDefinition", garbleIndexDefinition,
+        Damage{"MissingMemoFile", [](ZqTest &t) { fs::remove(t.inDb("CLIENTES_M")); },
+               "CLIENTES_M: file: the catalog lists it but its file is missing\n", "12345"},
+        Damage{"MissingIndexFile", [](ZqTest &t) { fs::remove(t.inDb("CLI_COD")); },
+               "CLI_COD: file: the catalog lists it but its file is missing\n", ""},
+        Damage{"GarbledIndexDefinition", [](ZqTest &t) { garbleDefinition(t, "CLI_NOME", 0); },
                "CLI_NOME: definition: the index's definition block does not parse\n", ""},
-        Damage{"MissingTableFile", loseTableFile, "CLIENTES: file: the catalog lists it but its file is missing\n",
-               "", true},
-        Damage{"CatalogUsedSizeOffAnEntry", catalogUsedSizeOffEntry, "catalog.plm: header: used size ", ""},
-        Damage{"CatalogNameWithSlash", catalogNameWithSlash,
+        Damage{"MissingTableFile", [](ZqTest &t) { fs::remove(t.inDb("CLIENTES")); },
+               "CLIENTES: file: the catalog lists it but its file is missing\n", "", true},
+        Damage{"CatalogUsedSizeOffAnEntry",
+               [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { putU32(b, 16, u32At(b, 16) - 3); }); },
+               "catalog.plm: header: used size ", ""},
+        Damage{"CatalogNameWithSlash", [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { b[22] = '/'; }); },
                "catalog.plm: entry at 20: its name holds the byte 47, which no file name may\n", ""},
-        Damage{"CatalogCapacity", catalogCapacityWrong, "catalog.plm: header: capacity 4096, the file has ", ""},
-        Damage{"CatalogEntryTwice", catalogEntryTwice,
+        Damage{"CatalogCapacity", [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { putU32(b, 12, 4096); }); },
+               "catalog.plm: header: capacity 4096, the file has ", ""},
+        Damage{"CatalogEntryTwice", // CLI_NOME's entry (the third) copied behind the last one
+               [](ZqTest &t) {
+                   t.patch("catalog.plm", [](Bytes &b) {
+                       std::copy(b.begin() + 196, b.begin() + 284, b.begin() + u32At(b, 16));
+                       putU32(b, 16, u32At(b, 16) + 88);
+                   });
+               },
                "catalog.plm: entry at 372: names CLI_NOME again (the entry at 196 is the one found)\n", ""},
-        Damage{"CatalogTypeGarbled", catalogTypeGarbled,
+        Damage{"CatalogTypeGarbled",
+               [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { putU32(b, 196 + 76, 0x58585858u); }); },
                "CLI_NOME: catalog entry: type XXXX is no type of a 'B' database\n", ""}),
     [](const ::testing::TestParamInfo<Damage> &info) { return std::string(info.param.name); });
 

@@ -120,6 +120,12 @@ std::vector<size_t> ZqTest::recordOffsets(const std::string &database) const {
     return offsets;
 }
 
+void ZqTest::patch(const std::string &database, const std::function<void(std::vector<uint8_t> &)> &change) const {
+    std::vector<uint8_t> bytes = fileBytes(database);
+    change(bytes);
+    writeBytes(database, bytes);
+}
+
 std::vector<std::pair<std::string, std::string>> ZqTest::snapshot(const std::string &dir) const {
     std::vector<std::pair<std::string, std::string>> files;
     for (const auto &e : std::filesystem::directory_iterator(dir))

@@ -4,6 +4,7 @@
 
 #include "support/table_fixture.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -41,11 +42,10 @@ public:
     std::vector<size_t> recordOffsets(const std::string &database) const;
     // Every file in DB with its bytes, to see that a command changed nothing.
     std::vector<std::pair<std::string, std::string>> snapshot(const std::string &dir) const;
-    // The path of a file in DB.
+    // The path of a file in DB, its bytes, and a change made to them in place.
     std::string inDb(const std::string &name) const { return db() + "/" + name; }
-    // The bytes of a file in DB, and writing them back.
     std::vector<uint8_t> bytesOf(const std::string &database) const { return fileBytes(database); }
-    void replaceBytes(const std::string &database, const std::vector<uint8_t> &b) const { writeBytes(database, b); }
+    void patch(const std::string &database, const std::function<void(std::vector<uint8_t> &)> &change) const;
 
     // Storage closed, so that zq (or a test reading bytes) sees every write and no lock.
     static void closeStorage();
