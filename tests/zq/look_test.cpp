@@ -2,6 +2,7 @@
 #include "zq/support/zq_fixture.h"
 
 #include <filesystem>
+#include <regex>
 
 namespace zq::tool_test {
 namespace {
@@ -47,14 +48,8 @@ TEST_F(ZqTest, ShowPrintsRowsInNaturalOrIndexOrderWithLatin1AsUtf8) {
     EXPECT_TRUE(has(deleted.out, "linha removida                         *\n")) << deleted.out;
     EXPECT_TRUE(has(deleted.out, "(4 rows)")) << deleted.out;
 
-    ToolRun ordered = zq({"show", db(), "CLIENTES", "--order", "cli_nome"});
-    std::vector<std::string> order{"\n3 ", "\n2 ", "\n1 ", "\n5 "}; // "", Conceição, José, Ágata by bytes
-    size_t at = 0;
-    for (const std::string &row : order) {
-        size_t found = ordered.out.find(row, at);
-        ASSERT_NE(found, std::string::npos) << row << "\n" << ordered.out;
-        at = found + 1;
-    }
+    ToolRun ordered = zq({"show", db(), "CLIENTES", "--order", "cli_nome"}); // "", Conceição, José, Ágata by bytes
+    EXPECT_TRUE(std::regex_search(ordered.out, std::regex("\n3 [^\n]*\n2 [^\n]*\n1 [^\n]*\n5 "))) << ordered.out;
     EXPECT_EQ(snapshot(db()), files) << "looking changed the directory";
 }
 

@@ -6,8 +6,6 @@
 #include <filesystem>
 #include <cstdlib>
 #include <sys/wait.h>
-#include <fstream>
-#include <sstream>
 
 namespace zq::tool_test {
 
@@ -132,18 +130,6 @@ std::vector<std::pair<std::string, std::string>> ZqTest::snapshot(const std::str
         files.emplace_back(e.path().filename().string(), readFile(e.path().string()));
     std::sort(files.begin(), files.end());
     return files;
-}
-
-void writeFile(const std::string &path, const std::string &bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
-}
-
-std::string readFile(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
 }
 
 } // namespace zq::tool_test

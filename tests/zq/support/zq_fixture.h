@@ -2,6 +2,7 @@
 // and zq run on it as its own process, its output and exit status kept.
 #pragma once
 
+#include "support/installer_sandbox.h"
 #include "support/table_fixture.h"
 
 #include <functional>
@@ -53,8 +54,7 @@ public:
 
 inline bool has(const std::string &text, const std::string &part) { return text.find(part) != std::string::npos; }
 
-// Writes bytes to a file, replacing it.
-void writeFile(const std::string &path, const std::string &bytes);
-std::string readFile(const std::string &path);
+using test::readFile;
+using test::writeFile;
 
 } // namespace zq::tool_test
