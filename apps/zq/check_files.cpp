@@ -96,14 +96,15 @@ std::optional<DatabaseScan> scanDatabase(const std::string &dir, const CatalogIt
     bool ownTable = !table.empty() && sameCaseless(table, db);
     auto bytes = readWholeFile(pathIn(dir, db));
     if (bytes && std::filesystem::exists(pathIn(dir, work)))
-        add(problems, work, ownTable ? table : "", "file", "a compaction work file left behind by an interrupted compaction",
+        add(problems, work, ownTable ? table : "", "file",
+            "a compaction work file left behind by an interrupted compaction",
             ownTable ? Mend::Compact : Mend::DropWork);
     if (!bytes && (bytes = readWholeFile(pathIn(dir, work))))
-        add(problems, db, table, "file", "missing; " + work + ", the complete copy an interrupted compaction made, takes its place",
-            Mend::Open);
+        add(problems, db, table, "file",
+            "missing; " + work + ", the complete copy an interrupted compaction made, takes its place", Mend::Open);
     if (!bytes) {
-        add(problems, db, missing == Mend::DropEntry ? "" : table, "file", "the catalog lists it but its file is missing",
-            missing);
+        add(problems, db, missing == Mend::DropEntry ? "" : table, "file",
+            "the catalog lists it but its file is missing", missing);
         return std::nullopt;
     }
     DatabaseScan scan;

@@ -36,7 +36,8 @@ struct TableCheck {
         problems.push_back({db, place, what, mend, table, row, field});
     }
 
-    std::optional<DatabaseScan> scan(const CatalogItem &i, const std::string &table, Mend missing = Mend::DropEntry) {
+    std::optional<DatabaseScan> scan(const CatalogItem &i, const std::string &table,
+                                     Mend missing = Mend::DropEntry) {
         done[upper(i.name)] = true;
         return scanDatabase(dir, i, table, problems, missing);
     }

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 using Bytes = std::vector<uint8_t>;
 
-uint32_t u32At(const Bytes &b, size_t at) { return b[at] | b[at + 1] << 8 | b[at + 2] << 16 | uint32_t(b[at + 3]) << 24; }
+using storage_test::readU32;
 void putU32(Bytes &b, size_t at, uint32_t v) {
     for (int i = 0; i < 4; ++i)
         b[at + i] = uint8_t(v >> 8 * i);
@@ -19,7 +19,7 @@ void putU32(Bytes &b, size_t at, uint32_t v) {
 
 // Fills the app info block of a database (from skip on) with bytes no definition parses.
 void garbleDefinition(ZqTest &t, const char *database, size_t skip) {
-    t.patch(database, [&](Bytes &b) { std::fill(b.begin() + 20 + skip, b.begin() + 20 + u32At(b, 4), 'x'); });
+    t.patch(database, [&](Bytes &b) { std::fill(b.begin() + 20 + skip, b.begin() + 20 + readU32(b, 4), 'x'); });
 }
 
 // Records appended and removed again through storage leave the table's file grown.
@@ -83,7 +83,10 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, ZqDamage,
     ::testing::Values(
         Damage{"FlippedKeyByte",
-               [](ZqTest &t) { t.patch("CLI_NOME", [&](Bytes &b) { b[t.recordOffsets("CLI_NOME")[1] + 12] ^= 0x20; }); },
+               [](ZqTest &t) {
+                   size_t entry2 = t.recordOffsets("CLI_NOME")[1];
+                   t.patch("CLI_NOME", [&](Bytes &b) { b[entry2 + 12] ^= 0x20; });
+               },
                "CLI_NOME: entry 2: its key bytes differ from the key of row 4\n", ""},
         Damage{"MissingIndexEntry",
                [](ZqTest &) {
@@ -121,7 +124,7 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"MissingTableFile", [](ZqTest &t) { fs::remove(t.inDb("CLIENTES")); },
                "CLIENTES: file: the catalog lists it but its file is missing\n", "", true},
         Damage{"CatalogUsedSizeOffAnEntry",
-               [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { putU32(b, 16, u32At(b, 16) - 3); }); },
+               [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { putU32(b, 16, readU32(b, 16) - 3); }); },
                "catalog.plm: header: used size ", ""},
         Damage{"CatalogNameWithSlash", [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { b[22] = '/'; }); },
                "catalog.plm: entry at 20: its name holds the byte 47, which no file name may\n", ""},
@@ -130,8 +133,8 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"CatalogEntryTwice", // CLI_NOME's entry (the third) copied behind the last one
                [](ZqTest &t) {
                    t.patch("catalog.plm", [](Bytes &b) {
-                       std::copy(b.begin() + 196, b.begin() + 284, b.begin() + u32At(b, 16));
-                       putU32(b, 16, u32At(b, 16) + 88);
+                       std::copy(b.begin() + 196, b.begin() + 284, b.begin() + readU32(b, 16));
+                       putU32(b, 16, readU32(b, 16) + 88);
                    });
                },
                "catalog.plm: entry at 372: names CLI_NOME again (the entry at 196 is the one found)\n", ""},

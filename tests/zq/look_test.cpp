@@ -48,7 +48,8 @@ TEST_F(ZqTest, ShowPrintsRowsInNaturalOrIndexOrderWithLatin1AsUtf8) {
     EXPECT_TRUE(has(deleted.out, "linha removida                         *\n")) << deleted.out;
     EXPECT_TRUE(has(deleted.out, "(4 rows)")) << deleted.out;
 
-    ToolRun ordered = zq({"show", db(), "CLIENTES", "--order", "cli_nome"}); // "", Conceição, José, Ágata by bytes
+    // "", Conceição, José, Ágata: by their bytes
+    ToolRun ordered = zq({"show", db(), "CLIENTES", "--order", "cli_nome"});
     EXPECT_TRUE(std::regex_search(ordered.out, std::regex("\n3 [^\n]*\n2 [^\n]*\n1 [^\n]*\n5 "))) << ordered.out;
     EXPECT_EQ(snapshot(db()), files) << "looking changed the directory";
 }
