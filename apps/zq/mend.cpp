@@ -138,8 +138,10 @@ void dropIndexes(const std::string &table, const std::vector<Problem> &problems)
     DmOpenRef db = DmOpenDatabase(0, DmFindDatabase(0, table.c_str()));
     auto block = db ? tables::readBlock(db) : std::nullopt;
     auto def = block ? tables::parseTableBlock(*block) : std::nullopt;
-    if (!def)
+    if (!def) {
+        DmCloseDatabase(db);
         return;
+    }
     std::erase_if(def->indexes, [&](const tables::IndexDef &i) {
         return std::any_of(lost.begin(), lost.end(), [&](const std::string &l) { return sameCaseless(l, i.name); });
     });
