@@ -46,6 +46,15 @@ uint32_t typeForKind(const std::string &name, uint32_t kind) {
     return memo ? tables::kTypeMemo : tables::kTypeData;
 }
 
+// True when storage finds the index (a file holding entries is entered in the catalog
+// again when storage starts) and its definition parses.
+bool readableIndex(const std::string &name) {
+    DmOpenRef db = DmOpenDatabase(0, DmFindDatabase(0, name.c_str()));
+    auto block = db ? tables::readBlock(db) : std::nullopt;
+    DmCloseDatabase(db);
+    return block && tables::parseIndexBlock(*block);
+}
+
 } // namespace
 
 std::string placeOf(const Problem &p) { return latin1ToUtf8(p.database) + ": " + p.place + ": "; }
@@ -133,8 +142,12 @@ void mendCatalog(const Problem &p) {
 void dropIndexes(const std::string &table, const std::vector<Problem> &problems) {
     std::vector<std::string> lost;
     for (const Problem &p : problems)
-        if (p.mend == Mend::DropIndex && sameCaseless(p.table, table))
+        if (p.mend == Mend::DropIndex && sameCaseless(p.table, table) && !readableIndex(p.database))
             lost.push_back(p.database);
+        else if (p.mend == Mend::DropIndex && sameCaseless(p.table, table))
+            std::printf("%sentered in the catalog again when storage started\n", placeOf(p).c_str());
+    if (lost.empty())
+        return;
     DmOpenRef db = DmOpenDatabase(0, DmFindDatabase(0, table.c_str()));
     auto block = db ? tables::readBlock(db) : std::nullopt;
     auto def = block ? tables::parseTableBlock(*block) : std::nullopt;

@@ -43,6 +43,7 @@ struct Damage {
     const char *found;      // a line check prints
     const char *emptied;    // 1-based rows (digits) whose memo text repair empties
     bool tableGone = false; // repair drops the table's catalog entry
+    const char *mended = "";  // a line repair prints, when it matters which mend it chose
 };
 
 class ZqDamage : public ZqTest, public ::testing::WithParamInterface<Damage> {};
@@ -61,6 +62,7 @@ TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {
     ToolRun repair = zq({"repair", db()});
     EXPECT_EQ(repair.status, 0) << repair.out << repair.err;
     EXPECT_TRUE(has(repair.out, "check after repair: 0 problems found")) << repair.out;
+    EXPECT_TRUE(has(repair.out, GetParam().mended)) << repair.out;
     std::string backup;
     for (const auto &e : fs::directory_iterator(directory))
         if (e.path().filename().string().rfind("DB.backup-", 0) == 0)
@@ -117,6 +119,10 @@ INSTANTIATE_TEST_SUITE_P(
                ""},
         Damage{"MissingMemoFile", [](ZqTest &t) { fs::remove(t.inDb("CLIENTES_M")); },
                "CLIENTES_M: file: the catalog lists it but its file is missing\n", "12345"},
+        Damage{"IndexEntryLost", // a file holding entries is entered again when storage starts
+               [](ZqTest &t) { t.patch("catalog.plm", [](Bytes &b) { std::fill_n(b.begin() + 284, 88, 0); }); },
+               "CLI_COD: file: the table lists this index but the catalog does not\n", "", false,
+               "CLI_COD: file: entered in the catalog again when storage started\n"},
         Damage{"MissingIndexFile", [](ZqTest &t) { fs::remove(t.inDb("CLI_COD")); },
                "CLI_COD: file: the catalog lists it but its file is missing\n", ""},
         Damage{"GarbledIndexDefinition", [](ZqTest &t) { garbleDefinition(t, "CLI_NOME", 0); },
