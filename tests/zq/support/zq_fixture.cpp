@@ -22,21 +22,13 @@ std::string shellQuoted(const std::string &arg) {
 }
 
 std::string valueText(pObj v) {
-    if (!v)
-        return "nil";
-    char out[64];
-    switch (v->type) {
-    case TYPE_CHAR:
+    if (v && v->type == TYPE_CHAR)
         return v->payload.c ? v->payload.c : "";
-    case TYPE_NUMERIC:
-    case TYPE_DATE:
-        std::snprintf(out, sizeof out, "%.4f", v->payload.d);
-        return out;
-    case TYPE_LOGICAL:
+    if (v && v->type == TYPE_LOGICAL)
         return v->payload.l ? "T" : "F";
-    default:
-        return "?";
-    }
+    char out[64];
+    std::snprintf(out, sizeof out, "%.4f", table_test::numberOf(v));
+    return out;
 }
 
 void setRow(double code, const char *name, double balance, double day, bool active, const char *notes) {
