@@ -110,6 +110,14 @@ void rebuildIndex(AreaRecord &a, IndexDef &index) {
         return std::lexicographical_compare(l.begin() + 4, l.end(), r.begin() + 4, r.end());
     });
     dropHeldEntries(index.db);
+    // Out of step before anything else: the count goes to 0 in one header write, so that
+    // a kill while the entries are cleared never leaves an index whose count still equals
+    // the table's over entries half cleared (a pack that removed nothing, a reindex).
+    if (index.db->main) {
+        storage::DatabaseHeader h = storage::headerOf(index.db);
+        h.count = 0;
+        storage::setHeaderOf(index.db, h);
+    }
     __InternalZap(index.db);
     bool bulk = storage::state().bulk;
     storage::state().bulk = true; // header flushes wait for the end
