@@ -128,6 +128,10 @@ LocalID DmFindDatabase(uint16_t, const char *name) noexcept {
             clearEntry(offset);
             return 0;
         }
+    } else if (zq::platform::fileExists(storagePath(stored + "_Temp"))) {
+        // One that ended before removing the file leaves the file whole and a copy that
+        // may be cut short: the copy goes.
+        zq::platform::deleteFile(storagePath(stored + "_Temp"));
     }
     uint32_t slot = freeSlot();
     auto *db = new DmOpenDB();
