@@ -39,7 +39,11 @@ struct Problem {
     uint32_t row = 0;     // Mark, Memo: 0-based record number
     uint32_t field = 0;   // Memo: 0-based field number
     uint32_t entry = 0;   // Duplicate, EntryType: offset of the catalog entry
+    bool note = false;    // no fault (room a compaction would give back): shown, not counted
 };
+
+// The problems that are faults, notes left out.
+size_t faultCount(const std::vector<Problem> &problems);
 
 // What a check found: the problems, and the rows marked deleted in each table checked
 // (uppercased name), which only packing drops.
@@ -61,10 +65,12 @@ void checkCatalog(const std::string &dir, const std::vector<CatalogItem> &catalo
                   bool &unsound);
 
 // Unused bytes at the end of a table's database beyond this are worth a compaction: no
-// growth of a file leaves that much room, only removals and emptying do.
+// growth of a file leaves that much room, only removals, packs and emptying do. Being a
+// program's ordinary work, it is a note, not a fault.
 inline constexpr uint64_t kCompactionSlack = 6 * 15360;
 
-// Prints the problems, at most a few per database, and a last line with the count.
+// Prints the problems, at most a few per database, and a last line with the count of
+// faults (and of notes, when there are any).
 void printProblems(const std::vector<Problem> &problems);
 
 } // namespace zq::tool

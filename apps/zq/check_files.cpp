@@ -13,13 +13,14 @@ namespace {
 using storage::kHeaderSize;
 
 void add(std::vector<Problem> &problems, const std::string &db, const std::string &table, const std::string &place,
-         const std::string &what, Mend mend) {
+         const std::string &what, Mend mend, bool note = false) {
     Problem p;
     p.database = db;
     p.table = table;
     p.place = place;
     p.what = what;
     p.mend = mend;
+    p.note = note;
     problems.push_back(p);
 }
 
@@ -166,7 +167,7 @@ std::optional<DatabaseScan> scanDatabase(const std::string &dir, const CatalogIt
     if (ownTable && unused > kCompactionSlack)
         add(problems, db, table, "size",
             n(unused) + " of the file's " + n(scan.file.size()) + " bytes are unused (a compaction drops them)",
-            Mend::Compact);
+            Mend::Compact, true);
     return scan;
 }
 

@@ -7,6 +7,7 @@
 #include "tables/row.h"
 #include "text.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 
@@ -194,17 +195,26 @@ CheckResult checkDirectory(const std::string &dir, const std::vector<std::string
     return result;
 }
 
+size_t faultCount(const std::vector<Problem> &problems) {
+    return size_t(std::count_if(problems.begin(), problems.end(), [](const Problem &p) { return !p.note; }));
+}
+
 void printProblems(const std::vector<Problem> &problems) {
     std::map<std::string, size_t> shown;
     for (const Problem &p : problems) {
         size_t &count = shown[p.database];
         if (++count <= kShownPerDatabase)
-            std::printf("%s: %s: %s\n", latin1ToUtf8(p.database).c_str(), p.place.c_str(), latin1ToUtf8(p.what).c_str());
+            std::printf("%s: %s: %s%s\n", latin1ToUtf8(p.database).c_str(), p.place.c_str(),
+                        latin1ToUtf8(p.what).c_str(), p.note ? " (note)" : "");
     }
     for (const auto &[db, count] : shown)
         if (count > kShownPerDatabase)
             std::printf("%s: %zu more problems\n", latin1ToUtf8(db).c_str(), count - kShownPerDatabase);
-    std::printf("%zu problem%s found\n", problems.size(), problems.size() == 1 ? "" : "s");
+    size_t faults = faultCount(problems), notes = problems.size() - faults;
+    std::printf("%zu problem%s found", faults, faults == 1 ? "" : "s");
+    if (notes)
+        std::printf(", %zu note%s", notes, notes == 1 ? "" : "s");
+    std::printf("\n");
 }
 
 } // namespace zq::tool

@@ -109,7 +109,7 @@ int runRepair(const std::string &dir, const std::vector<std::string> &tables, bo
     endRuntime();
     std::printf("check after repair: ");
     printProblems(after.problems);
-    return after.problems.empty() ? kExitOk : kExitProblem;
+    return faultCount(after.problems) == 0 ? kExitOk : kExitProblem;
 }
 
 } // namespace zq::tool

@@ -55,7 +55,7 @@ TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {
     auto damaged = snapshot(db());
 
     ToolRun check = zq({"check", db()});
-    EXPECT_EQ(check.status, 1) << check.out;
+    EXPECT_EQ(check.status, has(GetParam().found, "(note)") ? 0 : 1) << check.out; // a note is no fault
     EXPECT_TRUE(has(check.out, GetParam().found)) << check.out;
     EXPECT_EQ(snapshot(db()), damaged) << "check changed the directory";
 
@@ -71,7 +71,9 @@ TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {
     EXPECT_TRUE(has(repair.out, "backup: " + backup)) << repair.out;
     EXPECT_EQ(snapshot(backup), damaged) << "the backup is not the directory as it was";
 
-    EXPECT_EQ(zq({"check", db()}).status, 0);
+    ToolRun after = zq({"check", db()});
+    EXPECT_EQ(after.status, 0) << after.out;
+    EXPECT_FALSE(has(after.out, GetParam().found)) << after.out;
     if (GetParam().tableGone) {
         EXPECT_TRUE(has(zq({"ls", db()}).out, "CLIENTES_M ")) << "the table's companions are kept";
         return;
@@ -109,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
                    t.patch("CLIENTES", [&](Bytes &b) { b[row2 + 8 + (b[row2] | b[row2 + 1] << 8) - 2] = 0; });
                },
                "CLIENTES: row 2: the row has no deletion mark\n", ""},
-        Damage{"RoomLeftByRemovals", removalsLeaveRoom, "bytes are unused (a compaction drops them)\n", ""},
+        Damage{"RoomLeftByRemovals", removalsLeaveRoom, "bytes are unused (a compaction drops them) (note)\n", ""},
         Damage{"StaleWorkFile",
                [](ZqTest &t) { writeFile(t.inDb("CLIENTES_Temp"), readFile(t.inDb("CLIENTES")).substr(0, 200)); },
                "CLIENTES_Temp: file: a compaction work file left behind by an interrupted compaction\n", ""},
