@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 
 using namespace zq::storage_test;
 
@@ -41,15 +42,25 @@ TEST_F(CompactionTest, CompactionDropsRowsMarkedDeleted) {
     EXPECT_EQ(DmNumRecords(db), 0u);
 }
 
-TEST_F(CompactionTest, ACompactionCutShortIsFinishedByTheNextFind) {
-    DmOpenRef db = makeDatabase("moved");
-    append(db, "kept!");
-    DmCloseDatabase(db);
-    StorageClose();
-    std::filesystem::rename(storageFile("moved"), storageFile("moved_Temp"));
-    db = DmOpenDatabase(0, DmFindDatabase(0, "moved"));
-    ASSERT_NE(db, nullptr);
-    EXPECT_EQ(recordText(db, 0), "kept!");
+// A compaction cut short after it removed the file: the next find puts the copy in its
+// place. Cut short before: the file is whole and the copy, perhaps partial, goes.
+TEST_F(CompactionTest, ACompactionCutShortIsSettledByTheNextFind) {
+    for (bool removed : {true, false}) {
+        std::string name = removed ? "moved" : "whole";
+        DmOpenRef db = makeDatabase(name);
+        append(db, "kept!");
+        DmCloseDatabase(db);
+        StorageClose();
+        if (removed)
+            std::filesystem::rename(storageFile(name), storageFile(name + "_Temp"));
+        else
+            std::ofstream(storageFile(name + "_Temp")) << "cut short";
+        db = DmOpenDatabase(0, DmFindDatabase(0, name.c_str()));
+        ASSERT_NE(db, nullptr) << name;
+        EXPECT_EQ(recordText(db, 0), "kept!") << name;
+        EXPECT_FALSE(std::filesystem::exists(storageFile(name + "_Temp"))) << name;
+        DmCloseDatabase(db);
+    }
 }
 
 TEST_F(CompactionTest, ZapKeepsOnlyTheHeaderAndAppInfo) {
