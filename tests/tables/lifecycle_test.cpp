@@ -32,7 +32,8 @@ TEST_F(LifecycleTest, EndOfTheRunWritesThePendingRow) {
     appendPending("ended");
     __EndGlobal();
     EXPECT_EQ(names(), std::vector<std::string>{"ended"});
-    EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(2))), "");
+    __TBL_GoTop(nullptr);
+    EXPECT_EQ(textOf(__GetFieldByID(nullptr, num(2))), "memo text");
 }
 
 TEST_F(LifecycleTest, RuntimeErrorWritesThePendingRow) {
