@@ -6,6 +6,7 @@
 #include "platform/processes.h"
 #include "runtime/failure.h"
 #include "storage/state.h"
+#include "tables/work_areas.h"
 #include "zelqa.h"
 
 #include <csetjmp>
@@ -26,7 +27,11 @@ bool running = false;
 int alerts = 0;
 uint64_t finishedRuns = 0, endedByError = 0;
 
-int answerBox(const char *caption, const char *, unsigned) {
+bool verbose = false; // ZQ_FUZZ_VERBOSE=1: every box's text on stderr
+
+int answerBox(const char *caption, const char *text, unsigned) {
+    if (verbose)
+        std::fprintf(stderr, "fuzz: box \"%s\": %s\n", caption, text ? text : "");
     if (running && std::strcmp(caption, "Fatal Error") == 0)
         std::longjmp(endOfRun, 1);
     ++alerts;
@@ -99,6 +104,8 @@ void setUp(int *argc, char ***argv) {
     fs::current_path(programDir); // storage's trace file "saida.txt" goes to the working directory
     platform::setEnvironment("ZELQA_PROGRAM_DIR", programDir.string().c_str());
     platform::setFlushMode(platform::FlushMode::None); // nothing here outlives the process
+    const char *v = std::getenv("ZQ_FUZZ_VERBOSE");
+    verbose = v && std::strcmp(v, "1") == 0;
     zq_set_box_hook(answerBox);
     std::atexit(atEnd);
 }
@@ -140,6 +147,7 @@ bool runInput(const std::function<void()> &body) {
     __RetGlob(1);
     bool finished = runGuarded(body);
     ++(finished ? finishedRuns : endedByError);
+    tables::abandonAreas(); // what a runtime error left open goes with the record store
     storage::abandonStorage();
     __RetGlob(1);
     std::error_code ec;

@@ -152,6 +152,71 @@ void savedArraySeeds() {
     writeSeed("saved_array", "nested-no-index", {storageFile("ARR.tLog"), {}});
 }
 
+pObj fieldSpec(const char *name, const char *type, double length, double decimals) {
+    return __CreateArray(__INIT_CHARPTR(name), __INIT_CHARPTR(type), __INIT_DOUBLE(length), __INIT_DOUBLE(decimals),
+                         __INIT_NUL());
+}
+
+// Table "T" with a memo field and indexes "TA" (by code) and "TB" (by date and code),
+// written with the byte-swap setting as given.
+std::vector<File> tableFiles(bool swapped) {
+    freshProgram();
+    __RetGlob(1);
+    __Set(__INIT_DOUBLE(9), __INIT_BOOL(swapped));
+    pObj structure = __CreateArray(fieldSpec("CODE", "C", 5, 0), fieldSpec("QTY", "N", 7, 2), fieldSpec("BORN", "D", 8, 0),
+                                   fieldSpec("OK", "L", 1, 0), fieldSpec("NOTE", "M", 4, 0), __INIT_NUL());
+    __DBCREATE(__INIT_CHARPTR("T"), structure, nullptr);
+    __DBUSEAREA(__INIT_BOOL(1), nullptr, __INIT_CHARPTR("T"), nullptr);
+    __DBCREATEINDEX(__INIT_CHARPTR("TA"), __INIT_CHARPTR("CODE"), __INIT_NUL());
+    __DBCREATEINDEX(__INIT_CHARPTR("TB"), __INIT_CHARPTR("DTOS(BORN)+CODE"), __INIT_NUL());
+    static const char *codes[] = {"PEAR", "APPLE", "FIG", "APPLE", "DATE", ""};
+    for (int i = 0; i < 6; ++i) {
+        __DBAPPEND(nullptr);
+        __SetField(nullptr, __INIT_DOUBLE(1), __INIT_CHARPTR(codes[i]));
+        __SetField(nullptr, __INIT_DOUBLE(2), __INIT_DOUBLE(i * 10.25 - 7));
+        __SetField(nullptr, __INIT_DOUBLE(3), __INIT_DATE(i == 2 ? 0 : 45000 + (i * 37) % 5));
+        __SetField(nullptr, __INIT_DOUBLE(4), __INIT_BOOL(i % 2));
+        if (i % 3 != 2)
+            __SetField(nullptr, __INIT_DOUBLE(5), __INIT_CHARPTR(i == 4 ? "a note \351 that is a bit longer" : "memo"));
+        __Commit(nullptr);
+    }
+    __TBL_GoTo(nullptr, __INIT_DOUBLE(3));
+    __TBL_Delete(nullptr);
+    __dbCloseAll();
+    StorageClose();
+    return {storageFile("T"), storageFile("T_OS"), storageFile("T_M"), storageFile("TA"), storageFile("TB")};
+}
+
+// A control part: the switches, then the seek keys each ended by a zero byte.
+File control(uint8_t switches, const std::vector<std::string> &keys) {
+    File bytes = {switches};
+    for (const std::string &key : keys) {
+        bytes.insert(bytes.end(), key.begin(), key.end());
+        bytes.push_back(0);
+    }
+    return bytes;
+}
+
+void tableSeeds() {
+    std::vector<File> files = tableFiles(false);
+    auto seed = [&](const char *name, File controlPart, std::vector<File> parts) {
+        parts.insert(parts.begin(), std::move(controlPart));
+        writeSeed("table", name, parts);
+    };
+    std::vector<std::string> keys = {"APPLE", "F", "20230320", "ZZZ"};
+    seed("walk-and-seek", control(0x00, keys), files);
+    seed("soft-seek-hidden", control(0x03, keys), files);
+    seed("append", control(0x08, {"FUZZ"}), files);
+    seed("pack-and-reindex", control(0x32, {"APPLE"}), files);
+    seed("no-offset-index", control(0x01, {"DATE"}), {files[0], {}, files[2], files[3], files[4]});
+    seed("memo-lost", control(0x08, {"PEAR"}), {files[0], files[1], {}, files[3], files[4]});
+    // "TA" holding the other index's file: its block names other key fields.
+    seed("index-swapped", control(0x00, {"APPLE"}), {files[0], files[1], files[2], files[4], files[4]});
+    std::vector<File> swapped = tableFiles(true);
+    seed("byte-swapped", control(0x0c, {"APPLE", "2023"}), swapped);
+    __Set(__INIT_DOUBLE(9), __INIT_BOOL(0));
+}
+
 void installSeeds() {
     freshProgram();
     fs::path dir = work / std::to_string(runs);
@@ -179,6 +244,7 @@ int main(int argc, char **argv) {
     catalogSeeds();
     databaseSeeds();
     savedArraySeeds();
+    tableSeeds();
     installSeeds();
     StorageClose();
     std::error_code ec;

@@ -121,4 +121,6 @@ void settleEntries(DmOpenRef index) {
 
 void dropHeldEntries(DmOpenRef index) { runs().erase(index); }
 
+void dropAllHeldEntries() { runs().clear(); }
+
 } // namespace zq::tables

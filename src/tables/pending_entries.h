@@ -23,5 +23,7 @@ void holdEntry(DmOpenRef index, const std::vector<uint8_t> &entry, uint32_t keyL
 void settleEntries(DmOpenRef index);
 // Forgets the entries held for an index that is being emptied or rebuilt.
 void dropHeldEntries(DmOpenRef index);
+// Forgets every held entry, when the record store is let go without writing.
+void dropAllHeldEntries();
 
 } // namespace zq::tables

@@ -35,4 +35,6 @@ void closeShared(DmOpenRef db) {
     DmCloseDatabase(db);
 }
 
+void forgetHolders() { holders().clear(); }
+
 } // namespace zq::tables

@@ -13,5 +13,7 @@ DmOpenRef openShared(const std::string &name);
 // Drops one holder; the database closes when none is left, an index after taking its
 // held entries (pending_entries.h).
 void closeShared(DmOpenRef db);
+// Forgets every holder count, when the record store is let go without closing.
+void forgetHolders();
 
 } // namespace zq::tables

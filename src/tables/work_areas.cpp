@@ -3,6 +3,7 @@
 
 #include "runtime/failure.h"
 #include "runtime/raise.h"
+#include "tables/pending_entries.h"
 #include "tables/row.h"
 #include "tables/shared_databases.h"
 #include "zelqa/tables.h"
@@ -99,6 +100,17 @@ void closeAllAreas() {
     w.current = 0;
     w.lastFound = -1;
     w.inUse = false;
+}
+
+void abandonAreas() {
+    WorkAreas &w = workAreas();
+    w.slots.reset();
+    w.handedOut = 0;
+    w.current = 0;
+    w.lastFound = -1;
+    w.inUse = false;
+    forgetHolders();
+    dropAllHeldEntries();
 }
 
 } // namespace zq::tables

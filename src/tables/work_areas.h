@@ -67,5 +67,8 @@ int16_t reuseCurrentArea();
 void closeArea(int16_t area);
 // Closes every area, frees the slot array and starts the numbering again.
 void closeAllAreas();
+// Forgets every area, held index entry and holder count without writing or closing
+// anything: for a run whose record store is let go after a runtime error (the fuzz targets).
+void abandonAreas();
 
 } // namespace zq::tables
