@@ -3,6 +3,7 @@
 
 #include "runtime/raise.h"
 #include "storage/database.h"
+#include "storage/layout.h"
 
 #include <bit>
 #include <charconv>
@@ -13,6 +14,10 @@ namespace zq::tables {
 namespace {
 
 static_assert(std::endian::native == std::endian::little, "blocks are written little-endian");
+
+// The largest length, decimals or recorded key length a block may give: what one record
+// holds. Creation never stores more; a larger number would only size buffers for nothing.
+bool withinRecord(long long n) { return n >= 0 && n <= storage::kMaxBlock; }
 
 // The descriptor copy at the head of a table block; references are written as 0.
 struct DescriptorHead {
@@ -139,10 +144,12 @@ std::optional<TableDef> parseTableBlock(std::span<const uint8_t> block) {
         FieldDef f;
         f.name = in.text();
         std::string digit = in.text();
-        f.length = int32_t(in.number());
-        f.decimals = int32_t(in.number());
-        if (digit.size() != 1 || digit[0] < '0' || digit[0] > '9')
+        long long length = in.number();
+        long long decimals = in.number();
+        if (digit.size() != 1 || digit[0] < '0' || digit[0] > '9' || !withinRecord(length) || !withinRecord(decimals))
             return std::nullopt;
+        f.length = int32_t(length);
+        f.decimals = int32_t(decimals);
         f.type = uint32_t(digit[0] - '0');
         f.hash = fieldHash(f.name);
         def.hasMemo = def.hasMemo || f.type == kMemo;
@@ -176,9 +183,10 @@ std::optional<IndexDef> parseIndexBlock(std::span<const uint8_t> block) {
     IndexDef index;
     index.name = in.text();
     long long parts = in.number();
-    index.attribute = uint32_t(in.number());
-    if (!in.ok() || parts < 0 || parts > 255)
+    long long keyLength = in.number();
+    if (!in.ok() || parts < 0 || parts > 255 || !withinRecord(keyLength))
         return std::nullopt;
+    index.attribute = uint32_t(keyLength);
     for (long long i = 0; i < parts && in.ok(); ++i)
         index.keyFields.push_back(int32_t(in.number()) + 1);
     if (!in.ok())
