@@ -29,7 +29,8 @@ struct Entries {
         if (h.count == 0 || start + storage::kRecordHeaderSize > h.used)
             return;
         const uint8_t *base = db->main->base();
-        size = storage::load<storage::RecordHeader>(base + start).size;
+        auto header = storage::load<storage::RecordHeader>(base + start);
+        size = std::min(header.size, header.capacity); // as the record store reads it
         stride = size + storage::kRecordHeaderSize;
         uint64_t room = (std::min<uint64_t>(h.used, db->main->mapSize()) - start) / stride;
         count = uint32_t(std::min<uint64_t>(h.count, room));
@@ -134,7 +135,13 @@ void rebuildIndexes(AreaRecord &a) {
 }
 
 void bringInStep(AreaRecord &a, IndexDef &index) {
-    if (index.db && entryCount(index.db) != DmNumRecords(a.db)) {
+    if (!index.db)
+        return;
+    // Entries of another size than the index's are damage no count shows; readers compare
+    // a whole key area in each entry, so such an index is rebuilt as well.
+    Entries entries(index.db);
+    bool sized = entries.count == 0 || entries.size == entrySize(a.def, index);
+    if (entryCount(index.db) != DmNumRecords(a.db) || !sized) {
         CleanTbl(index.db);
         rebuildIndex(a, index);
     }

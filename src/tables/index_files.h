@@ -31,7 +31,8 @@ bool insertEntry(DmOpenRef index, uint32_t position, const std::vector<uint8_t> 
 void rebuildIndex(AreaRecord &a, IndexDef &index);
 // Rebuilds every open index of the area.
 void rebuildIndexes(AreaRecord &a);
-// Rebuilds the index when its entry count differs from the table's record count.
+// Rebuilds the index when its entry count differs from the table's record count, or its
+// entries are not the size the index's key makes.
 void bringInStep(AreaRecord &a, IndexDef &index);
 
 // Before the current row is stored over itself: removes the entry of every open index
