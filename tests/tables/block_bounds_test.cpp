@@ -31,8 +31,9 @@ TEST(BlockBounds, NumbersBeyondWhatARecordHoldsAreRefused) {
     for (const Case &c : tableCases) {
         auto def = parseTableBlock(block({"T", "2", "0", "NAME", "2", c.length, c.decimals, "D_E_L_E_T_", "2", "2", "0"}));
         EXPECT_EQ(def.has_value(), c.taken) << c.length << "," << c.decimals;
-        if (def && c.taken)
+        if (def && c.taken) {
             EXPECT_EQ(def->fields[0].length, std::stoi(c.length));
+        }
     }
     struct KeyCase {
         const char *keyLength;
@@ -41,8 +42,9 @@ TEST(BlockBounds, NumbersBeyondWhatARecordHoldsAreRefused) {
     for (const KeyCase &c : indexCases) {
         auto index = parseIndexBlock(block({"TA", "1", c.keyLength, "0"}));
         EXPECT_EQ(index.has_value(), c.taken) << c.keyLength;
-        if (index && c.taken)
+        if (index && c.taken) {
             EXPECT_EQ(index->attribute, uint32_t(std::stoul(c.keyLength)));
+        }
     }
 }
 
