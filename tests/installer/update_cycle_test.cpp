@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 
 namespace zq::test {
@@ -32,12 +31,6 @@ int runSample(const std::string &arguments) {
     if (!platform::startProgram(program.c_str(), line.c_str(), started))
         return -1;
     return platform::waitForExit(started.process);
-}
-
-std::string lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
 }
 
 class HandOff : public ::testing::Test {
@@ -91,9 +84,8 @@ TEST_F(HandOff, ProgramDirectoryTooLongForTheInstallerIsRefused) {
 
     EXPECT_EQ(runSample("--shutdown"), 0);
 
-    std::string log = readFile(dir + sep + "inst.txt");
-    log.erase(std::remove(log.begin(), log.end(), '\r'), log.end());
-    EXPECT_EQ(log, "DIRAPP=" + dir + sep + "\nCaminho longo demais: " + dir + sep + "Tessarin.exe\n");
+    EXPECT_EQ(readText(dir + sep + "inst.txt"),
+              "DIRAPP=" + dir + sep + "\nCaminho longo demais: " + dir + sep + "Tessarin.exe\n");
 }
 
 // Copies the programs an installed application has into the sandbox.
@@ -122,12 +114,11 @@ TEST(UpdateCycle, ApplicationStagesItsSuccessorAndComesBackAsIt) {
     // new version end before the next test looks for their windows.
     EXPECT_TRUE(eventually([] { return !platform::windowExists("Tessarin") && !platform::windowExists("OO_Window32"); }));
 
-    std::string sampleLog = readFile(box.path("sample.log"));
-    sampleLog.erase(std::remove(sampleLog.begin(), sampleLog.end(), '\r'), sampleLog.end()); // a text file
     // Version 2.0 finds in the table every row version 1.0 kept.
-    EXPECT_EQ(sampleLog, "version 1.0 started\nversion 1.0 table: 1.0 started\n"
-                         "version 1.0 staged its successor and shuts down\n"
-                         "version 2.0 started\nversion 2.0 table: 1.0 started, 1.0 staged, 2.0 started\n");
+    EXPECT_EQ(readText(box.path("sample.log")), "version 1.0 started\nversion 1.0 table: 1.0 started\n"
+                                                "version 1.0 staged its successor and shuts down\n"
+                                                "version 2.0 started\n"
+                                                "version 2.0 table: 1.0 started, 1.0 staged, 2.0 started\n");
     EXPECT_EQ(readFile(app), readFile(successor));
     EXPECT_EQ(readFile(box.path("_" + programName("sample"))), version1);
     EXPECT_FALSE(pathExists(app + "~"));

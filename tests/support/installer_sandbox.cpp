@@ -1,6 +1,8 @@
 // Test support for the installer: sandbox directory, install databases, processes.
 #include "support/installer_sandbox.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <sstream>
 
@@ -108,12 +110,9 @@ long InstallerSandbox::recordCount(const std::string &name) const {
 
 std::vector<std::string> InstallerSandbox::logLines() const {
     std::vector<std::string> lines;
-    std::istringstream in(readFile(path("inst.txt")));
-    for (std::string line; std::getline(in, line);) {
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
+    std::istringstream in(readText(path("inst.txt")));
+    for (std::string line; std::getline(in, line);)
         lines.push_back(line);
-    }
     return lines;
 }
 
@@ -169,6 +168,18 @@ std::string readFile(const std::string &path) {
         std::fclose(in);
     }
     return content;
+}
+
+std::string readText(const std::string &path) {
+    std::string text = readFile(path);
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    return text;
+}
+
+std::string lower(std::string text) {
+    for (char &c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
 }
 
 void copyFile(const std::string &from, const std::string &to) {

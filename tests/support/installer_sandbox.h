@@ -41,7 +41,7 @@ public:
     // The number of records of a database, or -1 when the catalog does not know it.
     long recordCount(const std::string &name) const;
 
-    // The log's lines, split at line breaks (a carriage return before one dropped). A log
+    // The log's lines, split at line breaks (carriage returns dropped). A log
     // ending in a line break gives no empty last line.
     std::vector<std::string> logLines() const;
 
@@ -81,6 +81,10 @@ bool eventually(Predicate predicate) {
 // Files through the C library, which takes paths in the system's own encoding.
 void writeFile(const std::string &path, const std::string &content);
 std::string readFile(const std::string &path); // empty when missing
+// A text file's content with its carriage returns dropped (Windows writes them).
+std::string readText(const std::string &path);
+// ASCII letters lowered, as the installer writes paths it has tested.
+std::string lower(std::string text);
 void copyFile(const std::string &from, const std::string &to);
 bool pathExists(const std::string &path); // a file or a directory
 
