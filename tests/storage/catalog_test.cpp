@@ -135,10 +135,6 @@ TEST_F(CatalogTest, OpeningADatabaseWhoseFileWentAwayAlerts) {
     EXPECT_EQ(DmCloseDatabase(nullptr), dmErrBadArgument);
 }
 
-} // namespace
-
-namespace {
-
 TEST_F(CatalogTest, AChosenDirectoryTakesThePlaceOfDbBesideTheProgram) {
     std::string chosen = (std::filesystem::path(directory) / "dados").string();
     zq::storage::useDirectory(chosen);

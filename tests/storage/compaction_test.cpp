@@ -82,28 +82,16 @@ TEST_F(CompactionTest, ZapKeepsOnlyTheHeaderAndAppInfo) {
     EXPECT_EQ(readU32(fileBytes("zap_OS"), 20), 24u);
 }
 
-// Index entries: a 4-byte record number, then the key.
-DmOpenRef makeIndex(CompactionTest &, const std::vector<std::string> &keys) {
-    DmCreateDatabase(0, "keys", 0, 0x494E4458u, 0);
-    DmOpenRef db = DmOpenDatabase(0, DmFindDatabase(0, "keys"));
-    for (size_t i = 0; i < keys.size(); ++i) {
-        std::string entry(4, char(i));
-        entry += keys[i];
-        uint32_t at = dmAppendPosition;
-        MemHandle h = DmNewRecord(db, &at, uint32_t(entry.size()));
-        DmWrite(MemHandleLock(h), 0, entry.data(), uint32_t(entry.size()));
-        MemHandleUnlock(h);
-        DmReleaseRecord(db, at, 1);
-    }
-    return db;
-}
-
 int16_t compareKey(void *key, void *rec, int16_t, void *, void *, void *) {
     return int16_t(std::memcmp(key, static_cast<char *>(rec) + 4, 3));
 }
 
 TEST_F(CompactionTest, IndexEntriesSortByKeyAndAreSearched) {
-    DmOpenRef db = makeIndex(*this, {"pear", "appl", "fig ", "kiwi", "date", "fig ", "lime"});
+    // Entries: a 4-byte record number, then the key.
+    DmOpenRef db = makeDatabase("keys", 0x494E4458u);
+    int record = 0;
+    for (const char *key : {"pear", "appl", "fig ", "kiwi", "date", "fig ", "lime"})
+        append(db, std::string(4, char(record++)) + key);
     EXPECT_EQ(OrdenarIndice(db), 0);
     std::vector<std::string> keys;
     for (uint32_t i = 0; i < DmNumRecords(db); ++i)
