@@ -47,17 +47,11 @@ std::string stored(const std::string &fields, size_t recordSize, char mark = '!'
     return r + mark + '\0';
 }
 
-std::string bytesOf(double d, bool swap = false) {
-    std::string s(8, '\0');
-    std::memcpy(s.data(), &d, 8);
-    if (swap)
-        std::reverse(s.begin(), s.end());
-    return s;
-}
-
-std::string bytesOf(uint32_t n, bool swap = false) {
-    std::string s(4, '\0');
-    std::memcpy(s.data(), &n, 4);
+// A number's bytes as this machine holds them, or reversed.
+template <class Number>
+std::string bytesOf(Number n, bool swap = false) {
+    std::string s(sizeof n, '\0');
+    std::memcpy(s.data(), &n, sizeof n);
     if (swap)
         std::reverse(s.begin(), s.end());
     return s;
