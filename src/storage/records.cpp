@@ -146,6 +146,29 @@ void commitCurrent(DmOpenDB *db, bool dirtyFlag) {
     r->isNew = r->dirty = r->resized = r->holdsMove = false;
 }
 
+bool findRecord(DmOpenDB *db, uint32_t index, uint32_t &offset, RecordHeader &rh) {
+    if (!db || !db->main)
+        return false;
+    DatabaseHeader h = headerOf(db);
+    if (recordsStart(h) > h.used || index >= kAppend)
+        return false;
+    if (h.kind == 'V' && index >= h.count)
+        return false;
+    offset = recordOffset(db, index);
+    if (!readRecordHeader(db, offset, rh) || rh.size == 0 || (rh.attributes & kAttrDeleted))
+        return false;
+    return h.kind != 'V' || plausibleRecord(db->main->base(), offset, db->main->used());
+}
+
+const uint8_t *peekRecord(DmOpenDB *db, uint32_t index, uint32_t &size) {
+    uint32_t offset;
+    RecordHeader rh;
+    if (!findRecord(db, index, offset, rh))
+        return nullptr;
+    size = rh.size;
+    return db->main->base() + offset + kRecordHeaderSize;
+}
+
 } // namespace zq::storage
 
 using namespace zq::storage;
@@ -153,18 +176,9 @@ using namespace zq::storage;
 namespace {
 
 MemHandle queryRecord(DmOpenDB *db, uint32_t index, bool busy) {
-    if (!db || !db->main)
-        return nullptr;
-    DatabaseHeader h = headerOf(db);
-    if (recordsStart(h) > h.used || index >= kAppend)
-        return nullptr;
-    if (h.kind == 'V' && index >= h.count)
-        return nullptr;
-    uint32_t offset = recordOffset(db, index);
+    uint32_t offset;
     RecordHeader rh;
-    if (!readRecordHeader(db, offset, rh) || rh.size == 0 || (rh.attributes & kAttrDeleted))
-        return nullptr;
-    if (h.kind == 'V' && !plausibleRecord(db->main->base(), offset, db->main->used()))
+    if (!findRecord(db, index, offset, rh))
         return nullptr;
     int32_t slot = takeCurrentHandle(db);
     if (slot < 0)

@@ -33,6 +33,13 @@ void removeBytes(DmOpenDB *db, uint32_t offset, uint32_t n);
 // count read from the file bounds a loop beyond the file.
 void fitFixedStrideCount(DmOpenDB *db);
 
+// Finds record index as a query does: its offset and header; false when the database has
+// no such record (out of range, empty, removed, or not a record).
+bool findRecord(DmOpenDB *db, uint32_t index, uint32_t &offset, RecordHeader &rh);
+// The bytes of record index, read in place without taking a handle; nullptr where
+// DmQueryRecord gives no handle. Valid until the database next changes.
+const uint8_t *peekRecord(DmOpenDB *db, uint32_t index, uint32_t &size);
+
 // Commits the database's current handle when it is new or dirty.
 void commitCurrent(DmOpenDB *db, bool dirtyFlag);
 

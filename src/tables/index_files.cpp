@@ -2,7 +2,6 @@
 #include "tables/index_files.h"
 
 #include "storage/database.h"
-#include "tables/durability.h"
 #include "tables/index_keys.h"
 #include "tables/pending_entries.h"
 #include "tables/row.h"
@@ -94,22 +93,21 @@ bool insertEntry(DmOpenRef index, uint32_t position, const std::vector<uint8_t> 
 void rebuildIndex(AreaRecord &a, IndexDef &index) {
     if (!index.db)
         return;
-    // The entries are built and sorted in memory (stably: equal keys in record order, as
-    // OrdenarIndice orders them) and appended in order, so that the count reaches the
-    // table's only with the last entry: a rebuild cut short stays out of step.
-    std::vector<std::vector<uint8_t>> entries;
+    // Every entry is built into one run, ordered over the whole key area with equal keys
+    // in record order (as OrdenarIndice orders them), and merged into the emptied file in
+    // one pass whose last write is the count: a rebuild cut short stays out of step.
+    EntryRun run;
+    run.entrySize = entrySize(a.def, index);
+    run.keyLength = run.entrySize - 4;
     {
         SavedPosition saved(a);
         uint32_t count = DmNumRecords(a.db);
-        entries.reserve(count);
+        run.bytes.assign(size_t(count) * run.entrySize, 0);
         for (uint32_t record = 0; record < count; ++record) {
             readRow(a, record);
-            entries.push_back(buildEntry(a, index, record));
+            writeEntry(a, index, record, run.bytes.data() + size_t(record) * run.entrySize);
         }
     }
-    std::stable_sort(entries.begin(), entries.end(), [](const auto &l, const auto &r) {
-        return std::lexicographical_compare(l.begin() + 4, l.end(), r.begin() + 4, r.end());
-    });
     dropHeldEntries(index.db);
     // Out of step before anything else: the count goes to 0 in one header write, so that
     // a kill while the entries are cleared never leaves an index whose count still equals
@@ -120,12 +118,7 @@ void rebuildIndex(AreaRecord &a, IndexDef &index) {
         storage::setHeaderOf(index.db, h);
     }
     __InternalZap(index.db);
-    bool bulk = storage::state().bulk;
-    storage::state().bulk = true; // header flushes wait for the end
-    for (const auto &entry : entries)
-        insertEntry(index.db, dmAppendPosition, entry);
-    storage::state().bulk = bulk;
-    flushDatabase(index.db);
+    mergeRun(index.db, run);
     index.keyChanged = index.detached = false;
 }
 

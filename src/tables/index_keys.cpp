@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 namespace zq::tables {
 namespace {
@@ -43,7 +44,7 @@ const FieldDef *fieldOf(const TableDef &def, int32_t field) {
     return field >= 1 && size_t(field) <= def.fields.size() ? &def.fields[size_t(field) - 1] : nullptr;
 }
 
-void putText(uint8_t *to, const std::string &text, uint32_t width, bool rightAligned) {
+void putText(uint8_t *to, std::string_view text, uint32_t width, bool rightAligned) {
     std::memset(to, ' ', width);
     size_t n = std::min<size_t>(text.size(), width);
     std::memcpy(to + (rightAligned ? width - n : 0), text.data(), n);
@@ -119,10 +120,9 @@ uint32_t keyAreaWidth(const TableDef &def, const IndexDef &index) {
 
 uint32_t entrySize(const TableDef &def, const IndexDef &index) { return 4 + keyAreaWidth(def, index); }
 
-std::vector<uint8_t> buildEntry(const AreaRecord &a, const IndexDef &index, uint32_t record) {
-    std::vector<uint8_t> entry(entrySize(a.def, index), 0);
-    std::memcpy(entry.data(), &record, 4);
-    uint8_t *at = entry.data() + 4;
+void writeEntry(const AreaRecord &a, const IndexDef &index, uint32_t record, uint8_t *entry) {
+    std::memcpy(entry, &record, 4);
+    uint8_t *at = entry + 4;
     for (int32_t field : index.keyFields) {
         const FieldDef *f = fieldOf(a.def, field);
         if (!f)
@@ -158,7 +158,7 @@ std::vector<uint8_t> buildEntry(const AreaRecord &a, const IndexDef &index, uint
         case kCharacter: {
             const void *end = std::memchr(slot, 0, width);
             size_t n = end ? size_t(static_cast<const uint8_t *>(end) - slot) : width;
-            putText(at, std::string(reinterpret_cast<const char *>(slot), n), width, false);
+            putText(at, std::string_view(reinterpret_cast<const char *>(slot), n), width, false);
             at += width;
             break;
         }
@@ -169,6 +169,11 @@ std::vector<uint8_t> buildEntry(const AreaRecord &a, const IndexDef &index, uint
             runtime::raiseError(ZQ_ERR_RUNTIME, 19);
         }
     }
+}
+
+std::vector<uint8_t> buildEntry(const AreaRecord &a, const IndexDef &index, uint32_t record) {
+    std::vector<uint8_t> entry(entrySize(a.def, index), 0);
+    writeEntry(a, index, record, entry.data());
     return entry;
 }
 

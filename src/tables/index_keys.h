@@ -31,6 +31,8 @@ uint32_t entrySize(const TableDef &def, const IndexDef &index);
 // The entry for the row in the area's buffer: record number, then the key of each part,
 // zero-filled to the key area. A key part of another type is RUNTIME ERROR! 19.
 std::vector<uint8_t> buildEntry(const AreaRecord &a, const IndexDef &index, uint32_t record);
+// The same entry written over entrySize zero bytes at entry.
+void writeEntry(const AreaRecord &a, const IndexDef &index, uint32_t record, uint8_t *entry);
 
 // Bytewise unsigned comparison of two key areas over length bytes: -1, 0 or 1.
 int compareKeys(const uint8_t *left, const uint8_t *right, uint32_t length);

@@ -14,30 +14,22 @@
 namespace zq::tables {
 namespace {
 
-// A run of held entries, in the order they came.
-struct Run {
-    uint32_t keyLength = 0;
-    uint32_t entrySize = 0;
-    std::vector<uint8_t> bytes; // the entries back to back
-    uint32_t count() const { return entrySize ? uint32_t(bytes.size() / entrySize) : 0; }
-    const uint8_t *at(uint32_t i) const { return bytes.data() + size_t(i) * entrySize; }
-};
-
 // A run this large is merged at once rather than grown further.
 constexpr size_t kRunBytesLimit = size_t(64) << 20;
 
-std::map<DmOpenRef, Run> &runs() {
-    static auto *held = new std::map<DmOpenRef, Run>();
+std::map<DmOpenRef, EntryRun> &runs() {
+    static auto *held = new std::map<DmOpenRef, EntryRun>();
     return *held;
 }
 
 // The order of the run's entries by key; entries of equal keys keep the order they came in.
-std::vector<uint32_t> sortedOrder(const Run &run) {
+std::vector<uint32_t> sortedOrder(const EntryRun &run) {
     std::vector<uint32_t> order(run.count());
     for (uint32_t i = 0; i < order.size(); ++i)
         order[i] = i;
-    std::stable_sort(order.begin(), order.end(), [&](uint32_t l, uint32_t r) {
-        return compareKeys(run.at(l) + 4, run.at(r) + 4, run.keyLength) < 0;
+    std::sort(order.begin(), order.end(), [&](uint32_t l, uint32_t r) {
+        int c = std::memcmp(run.at(l) + 4, run.at(r) + 4, run.keyLength);
+        return c != 0 ? c < 0 : l < r;
     });
     return order;
 }
@@ -47,7 +39,7 @@ std::vector<uint32_t> sortedOrder(const Run &run) {
 // written last. False, with the file untouched, when its entries are not laid out as
 // this expects (another entry size, bytes behind the last entry): the caller then
 // inserts one by one.
-bool mergeInPlace(DmOpenRef index, const Run &run, const std::vector<uint32_t> &order) {
+bool mergeInPlace(DmOpenRef index, const EntryRun &run, const std::vector<uint32_t> &order) {
     storage::FileView &view = *index->main;
     storage::DatabaseHeader h = storage::headerOf(index);
     uint32_t stride = run.entrySize + storage::kRecordHeaderSize;
@@ -85,29 +77,8 @@ bool mergeInPlace(DmOpenRef index, const Run &run, const std::vector<uint32_t> &
 
 } // namespace
 
-void holdEntry(DmOpenRef index, const std::vector<uint8_t> &entry, uint32_t keyLength) {
-    if (!index)
-        return;
-    Run &run = runs()[index];
-    if (run.entrySize != entry.size() || run.keyLength != keyLength) {
-        settleEntries(index); // a run keeps one entry shape
-        Run &fresh = runs()[index];
-        fresh.entrySize = uint32_t(entry.size());
-        fresh.keyLength = keyLength;
-    }
-    Run &target = runs()[index];
-    target.bytes.insert(target.bytes.end(), entry.begin(), entry.end());
-    if (target.bytes.size() >= kRunBytesLimit)
-        settleEntries(index);
-}
-
-void settleEntries(DmOpenRef index) {
-    auto it = runs().find(index);
-    if (it == runs().end())
-        return;
-    Run run = std::move(it->second);
-    runs().erase(it);
-    if (run.count() == 0 || !index->main)
+void mergeRun(DmOpenRef index, const EntryRun &run) {
+    if (run.count() == 0 || !index || !index->main)
         return;
     std::vector<uint32_t> order = sortedOrder(run);
     if (!mergeInPlace(index, run, order)) {
@@ -117,6 +88,31 @@ void settleEntries(DmOpenRef index) {
         }
     }
     flushDatabase(index);
+}
+
+void holdEntry(DmOpenRef index, const std::vector<uint8_t> &entry, uint32_t keyLength) {
+    if (!index)
+        return;
+    EntryRun &run = runs()[index];
+    if (run.entrySize != entry.size() || run.keyLength != keyLength) {
+        settleEntries(index); // a run keeps one entry shape
+        EntryRun &fresh = runs()[index];
+        fresh.entrySize = uint32_t(entry.size());
+        fresh.keyLength = keyLength;
+    }
+    EntryRun &target = runs()[index];
+    target.bytes.insert(target.bytes.end(), entry.begin(), entry.end());
+    if (target.bytes.size() >= kRunBytesLimit)
+        settleEntries(index);
+}
+
+void settleEntries(DmOpenRef index) {
+    auto it = runs().find(index);
+    if (it == runs().end())
+        return;
+    EntryRun run = std::move(it->second);
+    runs().erase(it);
+    mergeRun(index, run);
 }
 
 void dropHeldEntries(DmOpenRef index) { runs().erase(index); }

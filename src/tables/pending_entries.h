@@ -1,4 +1,5 @@
-// New index entries held in memory and merged into their index file in one pass.
+// New index entries held in memory and merged into their index file in one pass, and the
+// merge itself, which a rebuild uses as well.
 //
 // An index file is a sorted array of fixed entries: inserting each new entry in place
 // would move half the file per row. A stored row's entries wait here instead, and the
@@ -11,10 +12,25 @@
 
 #include "zelqa/storage.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace zq::tables {
+
+// Entries of one shape back to back, compared over keyLength bytes of their key area.
+struct EntryRun {
+    uint32_t keyLength = 0;
+    uint32_t entrySize = 0;
+    std::vector<uint8_t> bytes;
+    uint32_t count() const { return entrySize ? uint32_t(bytes.size() / entrySize) : 0; }
+    const uint8_t *at(uint32_t i) const { return bytes.data() + size_t(i) * entrySize; }
+};
+
+// Sorts the run by key (equal keys in the order they came) and merges it into the index
+// file in one pass, each entry after the file's entries of an equal key; the new count is
+// written last.
+void mergeRun(DmOpenRef index, const EntryRun &run);
 
 // Holds entry for the index, to go after every entry of an equal key (compared over
 // keyLength bytes of the key area) already in the file or held before it.

@@ -9,6 +9,7 @@
 #include "runtime/context.h"
 #include "runtime/raise.h"
 #include "storage/layout.h"
+#include "storage/records.h"
 #include "tables/durability.h"
 #include "tables/index_hooks.h"
 #include "tables/positioning.h"
@@ -150,14 +151,11 @@ bool readRow(AreaRecord &a, int64_t n) {
         return false;
     }
     countRowRead(a);
-    MemHandle h = DmQueryRecord(a.db, uint32_t(n));
-    auto *p = static_cast<const uint8_t *>(h ? MemHandleLock(h) : nullptr);
-    if (p)
-        decodeRow(a, p, MemHandleSize(h));
+    uint32_t size = 0; // read in place: a walk takes no record handle per row
+    if (const uint8_t *p = storage::peekRecord(a.db, uint32_t(n), size))
+        decodeRow(a, p, size);
     else
         blankBuffer(a);
-    if (h)
-        MemHandleUnlock(h);
     a.current = int32_t(n);
     a.eof = a.bof = false;
     return true;
