@@ -67,7 +67,8 @@ void checkOffsetIndex(const std::string &dir, const CatalogItem &item, const std
             Mend::Open);
         return;
     }
-    if (h->count != scan.records.size() || h->used != want)
+    uint32_t used = h->used == 1 ? kHeaderSize : h->used; // 1: made and not written yet
+    if (h->count != scan.records.size() || used != want)
         add(problems, name, table, "header",
             "counts " + n(h->count) + " entries (used size " + n(h->used) + ") for " + n(scan.records.size()) +
                 " records",

@@ -153,6 +153,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(ZqTest, CleanDirectoryNeedsNoRepairAndNoBackup) {
     makeClients();
+    createAndUse("VAZIA", {{"CODIGO", "N", 6, 0}}); // made, never written to: a fresh offset index
+    closeStorage();
+    patch("VAZIA_OS", [](Bytes &b) { putU32(b, 16, 1); });
     ToolRun check = zq({"check", db(), "CLIENTES"});
     EXPECT_EQ(check.status, 0);
     EXPECT_EQ(check.out, "0 problems found\n");
