@@ -60,8 +60,9 @@ protected:
             ASSERT_TRUE(seen.insert(record).second) << index << " holds row " << record << " twice";
             std::string expected = keyOf(rows[record], order);
             EXPECT_EQ(key, expected + std::string(keyBytes - expected.size(), '\0')) << index << " row " << record;
-            if (i > 0)
+            if (i > 0) {
                 ASSERT_LE(entries[i - 1].second, key) << index;
+            }
         }
     }
 
