@@ -12,6 +12,10 @@ namespace {
 
 using storage::kHeaderSize;
 
+// The used size a file's header gives, reading 1 (made and not written yet) as storage does:
+// nothing past the header.
+uint32_t usedSize(const storage::DatabaseHeader &h) { return h.used == 1 ? kHeaderSize : h.used; }
+
 void add(std::vector<Problem> &problems, const std::string &db, const std::string &table, const std::string &place,
          const std::string &what, Mend mend, bool note = false) {
     Problem p;
@@ -67,8 +71,7 @@ void checkOffsetIndex(const std::string &dir, const CatalogItem &item, const std
             Mend::Open);
         return;
     }
-    uint32_t used = h->used == 1 ? kHeaderSize : h->used; // 1: made and not written yet
-    if (h->count != scan.records.size() || used != want)
+    if (h->count != scan.records.size() || usedSize(*h) != want)
         add(problems, name, table, "header",
             "counts " + n(h->count) + " entries (used size " + n(h->used) + ") for " + n(scan.records.size()) +
                 " records",
@@ -132,7 +135,7 @@ std::optional<DatabaseScan> scanDatabase(const std::string &dir, const CatalogIt
     if (h->capacity != scan.file.size())
         add(problems, db, table, "header",
             "capacity " + n(h->capacity) + ", the file has " + n(scan.file.size()) + " bytes", Mend::Open);
-    uint32_t used = h->used == 1 ? kHeaderSize : h->used;
+    uint32_t used = usedSize(*h);
     if (used < kHeaderSize || used > scan.file.size()) {
         add(problems, db, table, "header",
             "used size " + n(h->used) + " lies outside the file's " + n(scan.file.size()) + " bytes", Mend::Open);

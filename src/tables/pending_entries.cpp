@@ -28,7 +28,7 @@ std::vector<uint32_t> sortedOrder(const EntryRun &run) {
     for (uint32_t i = 0; i < order.size(); ++i)
         order[i] = i;
     std::sort(order.begin(), order.end(), [&](uint32_t l, uint32_t r) {
-        int c = std::memcmp(run.at(l) + 4, run.at(r) + 4, run.keyLength);
+        int c = compareKeys(run.at(l) + 4, run.at(r) + 4, run.keyLength);
         return c != 0 ? c < 0 : l < r;
     });
     return order;
