@@ -39,7 +39,7 @@ bool splitPath(std::string_view path, SplitPath &split) {
     if (onWindows())
         std::replace(split.root.begin(), split.root.end(), '/', '\\');
     else
-        split.root = root ? "/" : "";
+        split.root.assign(root ? 1 : 0, '/'); // "/" or nothing
     for (size_t at = root; at < path.size();) {
         size_t end = at;
         while (end < path.size() && !isSeparator(path[end]))

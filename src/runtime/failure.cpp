@@ -31,7 +31,9 @@ void appendActiveFunctions(std::string &text) {
     for (DebugFrame *frame = ctx->frames; frame; frame = frame->next) {
         text += "\nCalled from: ";
         text += frame->name ? frame->name : "?";
-        text += "(" + std::to_string(frame->line) + ")";
+        text += '(';
+        text += std::to_string(frame->line);
+        text += ')';
     }
 }
 
