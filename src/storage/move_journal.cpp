@@ -29,11 +29,11 @@ void beginMove(DmOpenDB *db, uint32_t offset) {
     FileView &v = *db->main;
     DatabaseHeader h = v.header();
     uint32_t length = h.used > offset ? h.used - offset : 0;
-    std::vector<uint8_t> journal(size_t(kFixedPart) + length);
+    std::vector<uint8_t> journal(kFixedPart);
     store(journal.data() + 4, h);
     store(journal.data() + 4 + kHeaderSize, offset);
     store(journal.data() + 8 + kHeaderSize, length);
-    std::memcpy(journal.data() + kFixedPart, v.base() + offset, length);
+    journal.insert(journal.end(), v.base() + offset, v.base() + offset + length);
     std::string path = journalPath(db);
     if (!db->journal.valid())
         db->journal = platform::openFile(path, platform::FileOpen::CreateNew);
