@@ -13,6 +13,8 @@ struct BadFile {
     const char *message;  // in standard error
 };
 
+void PrintTo(const BadFile &c, std::ostream *os) { *os << c.name; } // as the test's name
+
 class ZqBadInput : public ZqTest, public ::testing::WithParamInterface<BadFile> {};
 
 TEST_P(ZqBadInput, ReportsThePlaceAndImportsNothing) {

@@ -46,6 +46,8 @@ struct Damage {
     const char *mended = "";  // a line repair prints, when it matters which mend it chose
 };
 
+void PrintTo(const Damage &c, std::ostream *os) { *os << c.name; } // as the test's name
+
 class ZqDamage : public ZqTest, public ::testing::WithParamInterface<Damage> {};
 
 TEST_P(ZqDamage, CheckFindsItAndRepairMendsIt) {

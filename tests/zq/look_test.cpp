@@ -61,6 +61,8 @@ struct UsageCase {
     const char *message; // in standard error, or in standard output for --help
 };
 
+void PrintTo(const UsageCase &c, std::ostream *os) { *os << c.name; } // as the test's name
+
 class ZqUsage : public ZqTest, public ::testing::WithParamInterface<UsageCase> {};
 
 TEST_P(ZqUsage, ExitStatusAndMessage) {
