@@ -93,16 +93,15 @@ void mergeRun(DmOpenRef index, const EntryRun &run) {
 void holdEntry(DmOpenRef index, const std::vector<uint8_t> &entry, uint32_t keyLength) {
     if (!index)
         return;
-    EntryRun &run = runs()[index];
-    if (run.entrySize != entry.size() || run.keyLength != keyLength) {
+    EntryRun *run = &runs()[index];
+    if (run->entrySize != entry.size() || run->keyLength != keyLength) {
         settleEntries(index); // a run keeps one entry shape
-        EntryRun &fresh = runs()[index];
-        fresh.entrySize = uint32_t(entry.size());
-        fresh.keyLength = keyLength;
+        run = &runs()[index];
+        run->entrySize = uint32_t(entry.size());
+        run->keyLength = keyLength;
     }
-    EntryRun &target = runs()[index];
-    target.bytes.insert(target.bytes.end(), entry.begin(), entry.end());
-    if (target.bytes.size() >= kRunBytesLimit)
+    run->bytes.insert(run->bytes.end(), entry.begin(), entry.end());
+    if (run->bytes.size() >= kRunBytesLimit)
         settleEntries(index);
 }
 
